@@ -1,0 +1,10 @@
+/*
+ * vtxotlapi.h -- the exported calls, by family.
+ */
+#ifndef VTXOTLAPI_H
+#define VTXOTLAPI_H
+
+#include "vtxotllife.h"
+#include "vtxotledit.h"
+
+#endif

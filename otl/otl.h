@@ -1,0 +1,126 @@
+/*
+ * otl.h -- internal declarations of the outline library.
+ *
+ * Functions named otl... and opg... are internal but exported (VTX_API):
+ * hosts that embed the library link some of them directly.  They do not run
+ * the call frame of the exported adShrOtl... calls; they report through the
+ * caller's context when a failure is theirs to report.
+ *
+ * Every status-returning internal call is VTX_NODISCARD; a deliberate ignore
+ * is written as (void) with a comment saying why.
+ */
+#ifndef OTL_H
+#define OTL_H
+
+#include "vtxotl.h"
+#include "otlapil.h"
+#include "otlmem.h"
+
+#ifdef __cplusplus
+extern "C" {
+#endif
+
+/* ---- reporting (otlutil) --------------------------------------------------- */
+
+/* The usual rule: through adNetLocalMessage when the context sends messages,
+ * the code itself otherwise.  Level 4. */
+VTX_API VTX_STS_T otlReport(vTX_PNETCTX_T pNetCtx, VTX_STS_T code, const void *arg1,
+                            VTX_USHORT_T type1, const void *arg2, VTX_USHORT_T type2);
+/* The member-edit rule: also sends when the outline's ucCallerType is 2. */
+VTX_API VTX_STS_T otlReportEdit(VTX_POTL_T pOutline, VTX_STS_T code, const void *arg1,
+                                VTX_USHORT_T type1, const void *arg2, VTX_USHORT_T type2);
+/* A name clash in an edit: quiet during a dimension build, else the edit rule. */
+VTX_API VTX_STS_T otlReportClash(VTX_POTL_T pOutline, VTX_STS_T code, const void *arg1,
+                                 VTX_USHORT_T type1, const void *arg2, VTX_USHORT_T type2);
+/* Out of memory, naming the function that failed. */
+VTX_API VTX_STS_T otlNoMemory(vTX_PNETCTX_T pNetCtx, const char *pszFunction);
+
+/* ---- records (otlstore) ---------------------------------------------------- */
+
+/* Creates the pool of small or large records; capacity in records is the
+ * larger of 100 and ulInitialSize * 7.5 / 100 * record size. */
+VTX_NODISCARD VTX_API VTX_STS_T otlInitMemList(vTX_PNETCTX_T pNetCtx, VTX_POTL_T pOutline,
+                                               VTX_ULONG_T ulInitialSize, VTX_BOOL_T bLarge);
+/* A zeroed record from the pool (ucFlags 0x08); 1 when there is no pool. */
+VTX_NODISCARD VTX_API VTX_STS_T otlNewItem2(vTX_PNETCTX_T pNetCtx, VTX_POTL_T pOutline,
+                                            VTX_POTLMBR_T *ppItem, VTX_BOOL_T bLarge);
+/* A zeroed record of its own allocation. */
+VTX_NODISCARD VTX_API VTX_STS_T otlNewItem(vTX_PNETCTX_T pNetCtx, VTX_POTL_T pOutline,
+                                           VTX_POTLMBR_T *ppItem, VTX_BOOL_T bLarge);
+/* A record from the pool when there is one, else of its own. */
+VTX_NODISCARD VTX_API VTX_STS_T otlNewItemAny(vTX_PNETCTX_T pNetCtx, VTX_POTL_T pOutline,
+                                              VTX_POTLMBR_T *ppItem, VTX_BOOL_T bLarge);
+/* Releases both pools and every record in them. */
+VTX_API void otlFreeMemList(vTX_PNETCTX_T pNetCtx, VTX_POTL_T pOutline);
+/* Frees what a large record owns; with bTemporary the strings of a
+ * temporary view point into the caller's vtx_mbrinfo_t and stay. */
+VTX_API void otlFreeLargeItemStrings(vTX_PNETCTX_T pNetCtx, VTX_POTLMBRLARGE_T pItem,
+                                     VTX_BOOL_T bTemporary);
+/* Frees what a record owns (name, aliases, strings, attribute links) and the
+ * record itself unless it is pooled. */
+VTX_API void otlFreeItem(vTX_PNETCTX_T pNetCtx, VTX_POTL_T pOutline, VTX_POTLMBR_T pItem);
+VTX_API void otlFreeItemWithDim(vTX_PNETCTX_T pNetCtx, VTX_POTL_T pOutline, VTX_POTLMBR_T pItem);
+/* Frees pItem and its whole subtree (children first).  The record must be
+ * unlinked already, or be the root. */
+VTX_API void otlFreeItemList(vTX_PNETCTX_T pNetCtx, VTX_POTL_T pOutline, VTX_POTLMBR_T pItem);
+/* Allocates the alias slots of a record for the outline's tables. */
+VTX_NODISCARD VTX_API VTX_STS_T otlAllocItemAliasArray(vTX_PNETCTX_T pNetCtx, VTX_POTL_T pOutline,
+                                                       VTX_POTLMBR_T pItem);
+
+/* Copies between the exported member record and the internal info block.
+ * Fields newer than the client's lClientVersion are left alone.  The
+ * internal strings are new copies unless bTemporary, in which case they
+ * point into pMbrInfo.  Clients below 5.0 are refused (1060600). */
+VTX_NODISCARD VTX_API VTX_STS_T otlCopyToInternalFromExternalMbrInfo(
+    vTX_PNETCTX_T pNetCtx, const vtx_mbrinfo_t *pMbrInfo, VTX_PINTMBRINFOLARGE_T pInfo,
+    VTX_BOOL_T bTemporary);
+/* Frees the strings otlCopyToInternalFromExternalMbrInfo copied into an
+ * info block that never reached a record, and zeroes their pointers. */
+VTX_API void otlFreeInternalMbrInfoStrings(vTX_PNETCTX_T pNetCtx, VTX_PINTMBRINFOLARGE_T pInfo);
+/* Fills pMbrInfo (zeroed first) from a record, honouring the client version. */
+VTX_NODISCARD VTX_API VTX_STS_T otlCopyLargeToMbrInfo(VTX_POTL_T pOutline, VTX_POTLMBR_T pItem,
+                                                      vtx_mbrinfo_t *pMbrInfo, VTX_ULONG_T ulVersion);
+/* Puts a snapshot taken by otlCopyLargeToMbrInfo back into a large record. */
+VTX_NODISCARD VTX_API VTX_STS_T otlCopyLargeFromMbrInfo(VTX_POTL_T pOutline, VTX_POTLMBRLARGE_T pItem,
+                                                        const vtx_mbrinfo_t *pMbrInfo,
+                                                        VTX_ULONG_T ulVersion);
+/* Frees the owned pointer fields of an exported record (the text attribute
+ * value) and zeroes the pointer and the type. */
+VTX_API void otlFreeMbrInfoPointerFields(vTX_PNETCTX_T pNetCtx, vtx_mbrinfo_t *pMbrInfo);
+
+/* The dimension record of a member: null for null and the root, itself at
+ * generation 1. */
+VTX_API VTX_POTLMBR_T otlGetDim(VTX_POTLMBR_T pItem);
+/* Post-order start: follows pChild to the bottom. */
+VTX_API VTX_POTLMBR_T otlLowLeftInternal(VTX_POTLMBR_T pItem);
+/* Next record of a pre-order walk below top, null at the end. */
+VTX_API VTX_POTLMBR_T otlNavtrdn(VTX_POTLMBR_T mptr, VTX_POTLMBR_T top);
+
+/* ---- outline lifecycle (otlmain) ------------------------------------------- */
+
+VTX_NODISCARD VTX_API VTX_STS_T otlCreateOutlineData(vTX_PNETCTX_T pNetCtx, VTX_POTL_T *ppOutline,
+                                                     VTX_BOOL_T bOPG, VTX_USHORT_T usOtlNameType);
+VTX_API VTX_STS_T otlFreeOutlineData(vTX_PNETCTX_T pNetCtx, VTX_POTL_T pOutline);
+/* The newest paged format version for an outline of this kind. */
+VTX_API VTX_ULONG_T otlGetLatestOPGVersion(VTX_POTL_T pOutline);
+
+/* ---- alias tables, first part (otlalias) ----------------------------------- */
+VTX_NODISCARD VTX_API VTX_STS_T otlCreateAliasArray(vTX_PNETCTX_T pNetCtx, VTX_POTL_T pOutline);
+VTX_API void otlFreeAliasArray(vTX_PNETCTX_T pNetCtx, VTX_POTL_T pOutline);
+
+/* ---- dynamic time series entries, first part (otlname) --------------------- */
+VTX_NODISCARD VTX_API VTX_STS_T otlCreateDTSMbrs(vTX_PNETCTX_T pNetCtx, VTX_POTL_T pOutline);
+VTX_API void otlFreeDTSMbrs(vTX_PNETCTX_T pNetCtx, VTX_POTL_T pOutline);
+
+#ifdef __cplusplus
+}
+#endif
+
+/* editing, splicing, navigation and per-member verification */
+#include "otltree.h"
+
+#ifdef __cplusplus
+#include "otlframe.h"
+#endif
+
+#endif
