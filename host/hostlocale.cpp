@@ -312,6 +312,26 @@ VTX_STS_T mapNative(const VtxLocale *l, bool upper, const char *s, size_t n, std
     return fromUtf16(l, assembled.data(), assembled.size(), out) ? VTX_STS_OK : VTX_STS_BAD_TEXT;
 }
 
+// Maps UTF-8 straight into a caller's buffer (NUL written when it fits);
+// TEXT_TOO_LONG when the buffer is short.  buf must not overlap s.
+VTX_STS_T mapUtf8Into(VtxLocale *l, bool upper, const char *s, size_t n, char *buf, size_t cap,
+                      size_t *outLen) {
+    if (n > kMaxIcuText) return VTX_STS_TEXT_TOO_LONG;
+    if (cap > kMaxIcuText) cap = kMaxIcuText;
+    UCaseMap *cm = caseMapOf(l);
+    if (!cm) return VTX_STS_BAD_LOCALE;
+    UErrorCode st = U_ZERO_ERROR;
+    int32_t len = upper ? ucasemap_utf8ToUpper(cm, buf, static_cast<int32_t>(cap), s,
+                                               static_cast<int32_t>(n), &st)
+                        : ucasemap_utf8ToLower(cm, buf, static_cast<int32_t>(cap), s,
+                                               static_cast<int32_t>(n), &st);
+    if (st == U_BUFFER_OVERFLOW_ERROR || st == U_STRING_NOT_TERMINATED_WARNING)
+        return VTX_STS_TEXT_TOO_LONG;
+    if (U_FAILURE(st)) return VTX_STS_BAD_TEXT;
+    *outLen = static_cast<size_t>(len);
+    return VTX_STS_OK;
+}
+
 VTX_STS_T mapUtf8(VtxLocale *l, bool upper, const char *s, size_t n, std::string &out) {
     if (n > kMaxIcuText) return VTX_STS_TEXT_TOO_LONG;
     UCaseMap *cm = caseMapOf(l);
@@ -349,8 +369,32 @@ VTX_STS_T mapCase(VtxLocale *l, bool upper, const char *s, size_t n, std::string
     return l->utf8 ? mapUtf8(l, upper, s, n, out) : mapNative(l, upper, s, n, out);
 }
 
+// Folding of a text that is not pure ASCII, or not in a plain locale.
+VTX_STS_T foldFull(VtxLocale *l, bool upper, char *dst, const char *src, size_t capacity) {
+    size_t n = std::strlen(src);
+    auto d = reinterpret_cast<uintptr_t>(dst), sp = reinterpret_cast<uintptr_t>(src);
+    bool overlap = d < sp + n + 1 && sp < d + capacity;
+    if (l->utf8 && !overlap) {
+        // The common case writes straight into the destination.
+        size_t len = 0;
+        VTX_STS_T sts = mapUtf8Into(l, upper, src, n, dst, capacity, &len);
+        if (sts) dst[0] = '\0';
+        return sts;
+    }
+    std::string out;
+    VTX_STS_T sts = mapCase(l, upper, src, n, out);
+    if (!sts && out.size() + 1 > capacity) sts = VTX_STS_TEXT_TOO_LONG;
+    if (sts) {
+        dst[0] = '\0';
+        return sts;
+    }
+    std::memcpy(dst, out.c_str(), out.size() + 1);
+    return VTX_STS_OK;
+}
+
 // The fold used by the NToUpper / NToLower pair: a pure-ASCII text is
-// mapped in place, byte by byte, without a copy; anything else through ICU.
+// mapped byte by byte, without a copy (dst may be src); anything else
+// through ICU.
 VTX_STS_T foldInto(void *pLocale, bool upper, char *dst, const char *src, size_t capacity) {
     if (!dst || !capacity) return VTX_STS_NULL_ARG;
     if (!src) {
@@ -358,43 +402,30 @@ VTX_STS_T foldInto(void *pLocale, bool upper, char *dst, const char *src, size_t
         return VTX_STS_NULL_ARG;
     }
     VtxLocale *l = toLocale(pLocale);
-    if (fastAsciiCase(l)) {
-        const auto &table = upper ? kAsciiUpper : kAsciiLower;
-        size_t i = 0;
-        for (;; ++i) {
-            unsigned char c = static_cast<unsigned char>(src[i]);
-            if (c == 0) {
-                if (i < capacity) {
-                    dst[i] = '\0';
-                    return VTX_STS_OK;
-                }
-                break;
+    if (!fastAsciiCase(l)) return foldFull(l, upper, dst, src, capacity);
+    const auto &table = upper ? kAsciiUpper : kAsciiLower;
+    size_t i = 0;
+    for (;; ++i) {
+        unsigned char c = static_cast<unsigned char>(src[i]);
+        if (c == 0) {
+            if (i < capacity) {
+                dst[i] = '\0';
+                return VTX_STS_OK;
             }
-            if (c & 0x80) goto full;  // not ASCII: ICU decides, lengths may change
-            if (i + 1 >= capacity) break;
-            dst[i] = static_cast<char>(table[c]);
+            break;
         }
-        // Out of room.  The rest decides: more ASCII cannot fit, but other
-        // characters may map to fewer bytes.
-        for (; src[i]; ++i)
-            if (static_cast<unsigned char>(src[i]) & 0x80) goto full;
-        dst[0] = '\0';
-        return VTX_STS_TEXT_TOO_LONG;
+        // Not ASCII: ICU decides, and lengths may change.  The ASCII prefix
+        // already written maps to itself, so an in-place fold stays right.
+        if (c & 0x80) return foldFull(l, upper, dst, src, capacity);
+        if (i + 1 >= capacity) break;
+        dst[i] = static_cast<char>(table[c]);
     }
-full: {
-    std::string out;
-    VTX_STS_T sts = mapCase(l, upper, src, std::strlen(src), out);
-    if (sts) {
-        dst[0] = '\0';
-        return sts;
-    }
-    if (out.size() + 1 > capacity) {
-        dst[0] = '\0';
-        return VTX_STS_TEXT_TOO_LONG;
-    }
-    std::memcpy(dst, out.c_str(), out.size() + 1);
-    return VTX_STS_OK;
-}
+    // Out of room.  The rest decides: more ASCII cannot fit, but other
+    // characters may map to fewer bytes.
+    for (; src[i]; ++i)
+        if (static_cast<unsigned char>(src[i]) & 0x80) return foldFull(l, upper, dst, src, capacity);
+    dst[0] = '\0';
+    return VTX_STS_TEXT_TOO_LONG;
 }
 
 int compareIgnoreCase(void *pLocale, const char *a, const char *b) {
@@ -414,8 +445,16 @@ int compareIgnoreCase(void *pLocale, const char *a, const char *b) {
         a += i;
         b += i;
     }
-    std::string ua, ub;
     size_t na = std::strlen(a), nb = std::strlen(b);
+    if (l->utf8) {
+        // Names are short: map both into the stack when they fit.
+        char bufA[512], bufB[512];
+        size_t la = 0, lb = 0;
+        VTX_STS_T sa = mapUtf8Into(l, true, a, na, bufA, sizeof bufA, &la);
+        VTX_STS_T sb = mapUtf8Into(l, true, b, nb, bufB, sizeof bufB, &lb);
+        if (!sa && !sb) return compareBytes(bufA, la, bufB, lb);
+    }
+    std::string ua, ub;
     if (mapCase(l, true, a, na, ua) || mapCase(l, true, b, nb, ub)) {
         // A text the locale cannot read: fall back to its bytes, so that
         // the order stays total.

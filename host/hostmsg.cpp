@@ -181,7 +181,9 @@ VTX_API VTX_STS_T adNetLocalMessage(vtx_netctx_t *pNetCtx, VTX_STS_T code, VTX_U
     } else {
         // No text for this number: name it, and keep whatever was given.
         BoundedText out(kMaxMessageBytes);
-        out.append("Message " + std::to_string(code));
+        char head[32];
+        std::snprintf(head, sizeof head, "Message %" PRId32, code);
+        out.append(head, std::strlen(head));
         std::string a1 = renderArg(&args[0], 's', -1), a2 = renderArg(&args[1], 's', -1);
         if (!a1.empty() || !a2.empty()) {
             out.append(": " + a1);

@@ -11,7 +11,7 @@
  *   - A block the library hands out belongs to the caller and is released
  *     with adShrOtlFree (or the matching adShrOtlFree... call) on the same
  *     context that produced it.
- *   - A null outline handle is refused with VTX_STS_NULL_ARGUMENT, never
+ *   - A null outline handle is refused with VTX_STS_NULL_ARG, never
  *     dereferenced.
  *   - One handle is used by one thread at a time; the library takes no locks.
  */

@@ -54,7 +54,7 @@ VTX_POTLMBR_T findCaseCollision(VTX_POTL_T pOutline) {
     for (VTX_POTLMBR_T p = otlNavtrdn(top, top); p; p = otlNavtrdn(p, top)) {
         if (OTL_IS_HIDDEN(p) || otlMbrIsSharedShare(p) || !p->MbrInfo.szMember) continue;
         size_t n = std::strlen(p->MbrInfo.szMember);
-        folded.assign(2 * n + 1, '\0');
+        folded.assign(3 * n + 1, '\0');  // folding can triple a character
         if (adGlobStrNToUpper(pLocale, folded.data(), p->MbrInfo.szMember, folded.size())) continue;
         folded.resize(std::strlen(folded.c_str()));
         auto [it, inserted] = seen.emplace(folded, p);
