@@ -6,5 +6,6 @@
 
 #include "vtxotllife.h"
 #include "vtxotledit.h"
+#include "vtxotlorder.h"
 
 #endif

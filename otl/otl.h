@@ -104,6 +104,46 @@ VTX_API VTX_STS_T otlFreeOutlineData(vTX_PNETCTX_T pNetCtx, VTX_POTL_T pOutline)
 /* The newest paged format version for an outline of this kind. */
 VTX_API VTX_ULONG_T otlGetLatestOPGVersion(VTX_POTL_T pOutline);
 
+/* ---- numbering, counting, sorting and implied sharing (otlsort) ------------ */
+
+/* True for usShare 2, 3 and 9: members that take no number of their own. */
+VTX_API VTX_BOOL_T otlMbrIsShared(VTX_POTLMBR_T pMbr);
+/* Whether pItem implicitly shares the data of one child; the target and its
+ * actual number come back in *ppItem and *memno. */
+VTX_API VTX_BOOL_T isImpliedShareEx(VTX_POTL_T pOutline, VTX_POTLMBR_T pItem, VTX_ULONG_T *memno,
+                                    VTX_POTLMBR_T *ppItem);
+VTX_API VTX_BOOL_T isImpliedShare(VTX_POTL_T pOutline, VTX_POTLMBR_T pItem);
+/* 2 if a child adds or subtracts, 1 if one multiplies, divides or takes a
+ * percentage, 0 otherwise. */
+VTX_API VTX_USHORT_T numConsolidatingChildren(VTX_POTLMBR_T pItem);
+
+/* Rebuild member numbers, dimension numbers and counts below pHead (the
+ * root).  otlUpdateMemno is the edit form, otlSetMemno the form of
+ * verification and reading (label-only members take no number and counts
+ * stay), otlUpdateMemnoOPG the aggregate storage form. */
+VTX_NODISCARD VTX_API VTX_STS_T otlUpdateMemno(VTX_POTL_T pOutline, VTX_POTLMBR_T pHead);
+VTX_NODISCARD VTX_API VTX_STS_T otlSetMemno(VTX_POTL_T pOutline, VTX_POTLMBR_T pHead);
+VTX_NODISCARD VTX_API VTX_STS_T otlUpdateMemnoOPG(VTX_POTL_T pOutline, VTX_POTLMBR_T pHead);
+/* Renumbers ulMemno of one dimension only. */
+VTX_API void otlUpdateMemnorsFromDim(VTX_POTL_T pOutline, VTX_POTLMBR_T pDim);
+/* Gives every shared member the numbers of its stored member; usOption 1
+ * and 2 also point OriginalMbr at it in an outline with duplicate names. */
+VTX_NODISCARD VTX_API VTX_STS_T otlSetShareMbrMemno(VTX_POTL_T pOutline, VTX_POTLMBR_T pHead,
+                                                    VTX_USHORT_T usOption);
+/* Recomputes every level bottom-up. */
+VTX_API void otlUpdateMemberLevels(VTX_POTL_T pOutline);
+VTX_API VTX_USHORT_T otlGetMaxGen(VTX_POTLMBR_T pDim);
+VTX_API VTX_ULONG_T otlGetItemCount(VTX_POTLMBR_T pTop);
+VTX_API VTX_ULONG_T otlGetNonSharedItemCount(VTX_POTLMBR_T pTop);
+
+/* Sorting children. */
+typedef int (*OTL_PCOMPAREFUNC_T)(VTX_HMEMBER_T hMbr1, VTX_HMEMBER_T hMbr2, void *pUserData);
+VTX_API int otlCompareFunc(VTX_HMEMBER_T hMbr1, VTX_HMEMBER_T hMbr2, void *pUserData);
+/* Sorts lIndex entries; 1 when the range stack overflows (the array is then
+ * a permutation of what it was, partly sorted). */
+VTX_NODISCARD VTX_API VTX_STS_T otlQuickSort(VTX_HMEMBER_T *pDataArray, VTX_LONG_T lIndex,
+                                             OTL_PCOMPAREFUNC_T pfnCompareFunc, void *pUserData);
+
 /* ---- alias tables, first part (otlalias) ----------------------------------- */
 VTX_NODISCARD VTX_API VTX_STS_T otlCreateAliasArray(vTX_PNETCTX_T pNetCtx, VTX_POTL_T pOutline);
 VTX_API void otlFreeAliasArray(vTX_PNETCTX_T pNetCtx, VTX_POTL_T pOutline);

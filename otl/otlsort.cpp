@@ -1,0 +1,458 @@
+// Member numbers, counts, implied sharing and the order of children.
+//
+// Numbers are rebuilt from the tree, never kept by edits: every edit marks
+// the outline, and verification and save renumber it whole.  A member's
+// numbers come from a post-order walk of its dimension, so children always
+// come before their parent and the dimension record has the highest number.
+#include "otl.h"
+
+#include <cstring>
+#include <utility>
+
+namespace {
+
+constexpr VTX_ULONG_T kAllOnes = 0xFFFFFFFFu;
+constexpr VTX_LONG_T kSortStackRanges = 100;
+
+// Which of the numbering forms runs.
+enum class NumberForm {
+    Update,  // the edit form: label-only members take their first child's numbers; counts rebuilt
+    Set,     // verification and reading: label-only members take 0; counts left alone
+};
+
+VTX_UCHAR_T storageOf(VTX_POTLMBR_T p) { return OTL_IS_SMALL(p) ? 1 : OTL_LARGE(p)->MbrInfo.usStorage; }
+
+VTX_ULONG_T memnovOf(VTX_POTLMBR_T p) { return OTL_IS_SMALL(p) ? 0 : OTL_LARGE(p)->ulMemnov; }
+void setMemnov(VTX_POTLMBR_T p, VTX_ULONG_T v) {
+    if (!OTL_IS_SMALL(p)) OTL_LARGE(p)->ulMemnov = v;
+}
+
+VTX_USHORT_T consolidationOf(VTX_POTLMBR_T p) { return p->MbrInfo.ucInfoFlags & OTL_INFO_CONSOL; }
+
+// The stored member a shared member stands for: the record it points at,
+// or else the original of its name in its dimension.
+VTX_POTLMBR_T storedMemberOf(VTX_POTL_T pOutline, VTX_POTLMBR_T pShared, VTX_POTLMBR_T pDim) {
+    if (pShared->OriginalMbr.hOriginalMbr && !pOutline->fOpenQuery) return pShared->OriginalMbr.hOriginalMbr;
+    VTX_POTLMBR_T pStored = nullptr;
+    HASH_NUM_T hn = OTL_HASH_NONE;
+    HASH_POS_T hp = OTL_HASH_NONE;
+    // A lookup failure leaves the shared member without a target, which
+    // verification reports; numbering itself goes on.
+    if (otlHashFindItemByName(pOutline->pNetCtx, pOutline, pShared->MbrInfo.szMember, nullptr, 1, 0, 1, 0, pDim,
+                              &pStored, &hn, &hp) != 0)
+        return nullptr;
+    return pStored == pShared ? nullptr : pStored;
+}
+
+// Next record of a post-order walk below pDim, the dimension last.
+inline VTX_POTLMBR_T nextPostOrder(VTX_POTLMBR_T p, VTX_POTLMBR_T pDim) {
+    if (p == pDim) return nullptr;
+    if (p->pSibling) return otlLowLeftInternal(p->pSibling);
+    return p->pParent;
+}
+
+struct Counters {
+    VTX_ULONG_T n = 1;  // member number
+    VTX_ULONG_T a = 1;  // actual member number
+    VTX_ULONG_T v = 1;  // block cell number
+};
+
+// Numbers one record of a dimension walk.
+void numberRecord(VTX_POTL_T pOutline, VTX_POTLMBR_T r, VTX_POTLMBR_T pDim, VTX_UCHAR_T d, VTX_UCHAR_T storage,
+                  Counters &c, NumberForm form) {
+    r->ulDimno = d;
+    r->ulMemno = c.n;
+    if (r->mbrId == 0) r->mbrId = (VTX_INT32_T)c.n;
+    ++c.n;
+    const VTX_USHORT_T share = otlGetShare(r);
+    VTX_ULONG_T memno = 0;
+    VTX_POTLMBR_T target = nullptr;
+    bool stored = false;
+    if (share == VTX_SHARE_LABEL) {
+        if (form == NumberForm::Set) {
+            r->ulActualMemno = 0;
+            setMemnov(r, 0);
+        } else if (r->pChild) {
+            r->ulActualMemno = r->pChild->ulActualMemno;
+            setMemnov(r, memnovOf(r->pChild));
+        } else {
+            r->ulActualMemno = c.a;
+        }
+    } else if (OTL_IS_SHARE(share)) {
+        target = storedMemberOf(pOutline, r, pDim);
+        r->ulActualMemno = target ? target->ulActualMemno : 0;
+        setMemnov(r, target ? memnovOf(target) : 0);
+    } else if (isImpliedShareEx(pOutline, r, &memno, &target)) {
+        r->ulActualMemno = memno;
+        setMemnov(r, target ? memnovOf(target) : 0);
+    } else {
+        stored = true;
+        r->ulActualMemno = c.a++;
+        if (OTL_IS_SMALL(r)) {
+            // A small record has no cell number.
+        } else if (storage == 0 && share != VTX_SHARE_DYNCALC) {
+            setMemnov(r, c.v++);
+        } else if (storage == 1) {
+            // A sparse dimension has no block cells: the number among
+            // stored members serves.
+            setMemnov(r, r->ulActualMemno);
+        } else {
+            setMemnov(r, 0);
+        }
+    }
+    if (form == NumberForm::Update) {
+        OTL_COUNTS &k = pOutline->Counts;
+        ++k.ulMembers;
+        if (stored) ++k.ulRealMembers;
+        if (share != VTX_SHARE_SHARED) ++k.ulUniqueMemberNames;
+    }
+}
+
+VTX_STS_T numberOutline(VTX_POTL_T pOutline, VTX_POTLMBR_T pHead, NumberForm form) {
+    if (!pOutline || !pHead) return VTX_STS_NULL_ARG;
+    pHead->ulDimno = OTL_ROOT_DIMNO;
+    pHead->ulMemno = kAllOnes;
+    pHead->ulActualMemno = kAllOnes;
+    // The dimension table and maps follow the root's children as they are now.
+    if (VTX_STS_T sts = otlBuildDimTableDimMap(pOutline)) return sts;
+    if (form == NumberForm::Update) {
+        OTL_COUNTS &k = pOutline->Counts;
+        k.ulStandardDims = 0;
+        k.ulMembers = 0;
+        k.ulRealMembers = 0;
+        k.ulUniqueMemberNames = 0;
+    }
+    // Dimension identifiers follow their dimensions through a reorder:
+    // entry i belongs to the dimension that is now number i + 1.
+    if (pHead->pChild && pOutline->dimIds && pOutline->nextMbrIds && pOutline->nextPersistMbrIds) {
+        VTX_ULONG_T ids[OTL_DIM_SLOTS], next[OTL_DIM_SLOTS], persist[OTL_DIM_SLOTS];
+        for (unsigned i = 0; i < OTL_DIM_SLOTS; ++i) {
+            ids[i] = 0;
+            next[i] = 1;
+            persist[i] = 1;
+        }
+        unsigned i = 0;
+        for (VTX_POTLMBR_T dim = pHead->pChild; dim && i < OTL_DIM_SLOTS; dim = dim->pSibling, ++i) {
+            unsigned old = dim->ulDimno;
+            if (old >= 1 && old <= OTL_DIM_SLOTS) {
+                ids[i] = pOutline->dimIds[old - 1];
+                next[i] = pOutline->nextMbrIds[old - 1];
+                persist[i] = pOutline->nextPersistMbrIds[old - 1];
+            }
+        }
+        std::memcpy(pOutline->dimIds, ids, sizeof ids);
+        std::memcpy(pOutline->nextMbrIds, next, sizeof next);
+        std::memcpy(pOutline->nextPersistMbrIds, persist, sizeof persist);
+    }
+    VTX_UCHAR_T d = 0;
+    for (VTX_POTLMBR_T dim = pHead->pChild; dim; dim = dim->pSibling) {
+        ++d;
+        const VTX_UCHAR_T storage = storageOf(dim);
+        Counters c;
+        VTX_POTLMBR_T p = dim->pChild ? otlLowLeftInternal(dim->pChild) : dim;
+        for (; p; p = nextPostOrder(p, dim)) numberRecord(pOutline, p, dim, d, storage, c, form);
+        if (pOutline->nextMbrIds && pOutline->nextMbrIds[d - 1] == 0) pOutline->nextMbrIds[d - 1] = c.n;
+        if (form == NumberForm::Update && pOutline->Counts.pDimensionMaps && d <= pOutline->DimTableSize) {
+            OTL_DIM_MAP &m = pOutline->Counts.pDimensionMaps[d - 1];
+            m.ulMembers = c.a - 1;
+            m.ulTotalMembers = dim->ulMemno;
+            m.ulfpAbsolute = OTL_IS_SMALL(dim) ? 0 : OTL_LARGE(dim)->fp;
+            VTX_UCHAR_T sc = OTL_IS_SMALL(dim) ? 0 : OTL_LARGE(dim)->MbrInfo.usStorageCategory;
+            if (sc == 12 || sc == 15) {
+                m.uiDimType = 4;
+            } else if (sc == 13) {
+                m.uiDimType = 0;
+            } else {
+                m.uiDimType = (!OTL_IS_SMALL(dim) && OTL_LARGE(dim)->usAttrCode == 2) ? 3 : 1;
+                ++pOutline->Counts.ulStandardDims;
+            }
+        }
+    }
+    return 0;
+}
+
+// The order of two attribute values of one type, or 2 when they do not
+// compare by value.
+int compareAttributeValues(VTX_POTLMBRLARGE_T a, VTX_POTLMBRLARGE_T b) {
+    const VTX_ATTRIBUTEVALUE_T &x = a->MbrInfo.Attribute;
+    const VTX_ATTRIBUTEVALUE_T &y = b->MbrInfo.Attribute;
+    if (x.usDataType != y.usDataType) return 2;
+    switch (x.usDataType) {
+    case VTX_ATTR_NUMERIC: return x.value.dblValue < y.value.dblValue ? -1 : (x.value.dblValue > y.value.dblValue ? 1 : 0);
+    case VTX_ATTR_BOOLEAN: return (int)x.value.bValue - (int)y.value.bValue;
+    case VTX_ATTR_DATE: return x.value.lDateValue < y.value.lDateValue ? -1 : (x.value.lDateValue > y.value.lDateValue ? 1 : 0);
+    default: return 2;
+    }
+}
+
+// One partition step over [head, tail]: the pivot is the element at the
+// mean of the two ends.  Scans are bounded by the range, so a comparison
+// that contradicts itself cannot run past the array.
+void otlPartition(VTX_HMEMBER_T *a, VTX_LONG_T head, VTX_LONG_T tail, OTL_PCOMPAREFUNC_T cmp, void *ud,
+                  VTX_LONG_T *pLow, VTX_LONG_T *pHigh) {
+    VTX_HMEMBER_T pivot = a[head + (tail - head) / 2];
+    VTX_LONG_T i = head, j = tail;
+    while (i <= j) {
+        while (i <= tail && cmp(a[i], pivot, ud) < 0) ++i;
+        while (j >= head && cmp(a[j], pivot, ud) > 0) --j;
+        if (i <= j) {
+            std::swap(a[i], a[j]);
+            ++i;
+            --j;
+        }
+    }
+    *pLow = j;   // left range ends here
+    *pHigh = i;  // right range starts here
+}
+
+} // namespace
+
+extern "C" {
+
+// ---- sharing ---------------------------------------------------------------------
+
+VTX_BOOL_T otlMbrIsShared(VTX_POTLMBR_T pMbr) {
+    if (!pMbr) return 0;
+    VTX_USHORT_T s = otlGetShare(pMbr);
+    return s == VTX_SHARE_LABEL || OTL_IS_SHARE(s);
+}
+
+VTX_BOOL_T isImpliedShareEx(VTX_POTL_T pOutline, VTX_POTLMBR_T pItem, VTX_ULONG_T *memno, VTX_POTLMBR_T *ppItem) {
+    if (memno) *memno = 0;
+    if (ppItem) *ppItem = nullptr;
+    if (!pOutline || !pItem) return 0;
+    if (pOutline->bXolap) return 0;
+    // Implied sharing is on only at setting 3; a new outline has 4.
+    if (pOutline->ucImpliedShareSetting == 4 || pOutline->ucImpliedShareSetting == 2) return 0;
+    const bool formula = (pItem->ucFlags & OTL_FLAG_FORMULA) != 0;
+    const bool neverShare = otlGetShare(pItem) == VTX_SHARE_NEVER;
+    VTX_POTLMBR_T target = nullptr;
+    if (pItem->pChild && !pItem->pChild->pSibling && !neverShare && !formula &&
+        consolidationOf(pItem->pChild) == VTX_CONS_ADD) {
+        target = pItem->pChild;
+    } else {
+        if (formula || neverShare || !pItem->pChild) return 0;
+        for (VTX_POTLMBR_T c = pItem->pChild; c; c = c->pSibling) {
+            if (consolidationOf(c) == VTX_CONS_IGNORE) continue;
+            if (target) return 0;  // a second effective child
+            target = c;
+        }
+        if (!target) return 0;
+        VTX_USHORT_T cons = consolidationOf(target);
+        if (cons != VTX_CONS_ADD && cons != VTX_CONS_MUL) return 0;
+    }
+    if (memno) *memno = target->ulActualMemno;
+    if (ppItem) *ppItem = target;
+    return 1;
+}
+
+VTX_BOOL_T isImpliedShare(VTX_POTL_T pOutline, VTX_POTLMBR_T pItem) {
+    return isImpliedShareEx(pOutline, pItem, nullptr, nullptr);
+}
+
+VTX_USHORT_T numConsolidatingChildren(VTX_POTLMBR_T pItem) {
+    VTX_USHORT_T answer = 0;
+    for (VTX_POTLMBR_T c = pItem ? pItem->pChild : nullptr; c; c = c->pSibling) {
+        VTX_USHORT_T cons = consolidationOf(c);
+        if (cons == VTX_CONS_ADD || cons == VTX_CONS_SUB) return 2;
+        if (cons == VTX_CONS_MUL || cons == VTX_CONS_DIV || cons == VTX_CONS_PCT) answer = 1;
+    }
+    return answer;
+}
+
+// ---- numbering ----------------------------------------------------------------------
+
+VTX_STS_T otlUpdateMemno(VTX_POTL_T pOutline, VTX_POTLMBR_T pHead) {
+    return numberOutline(pOutline, pHead, NumberForm::Update);
+}
+
+VTX_STS_T otlSetMemno(VTX_POTL_T pOutline, VTX_POTLMBR_T pHead) {
+    return numberOutline(pOutline, pHead, NumberForm::Set);
+}
+
+VTX_STS_T otlUpdateMemnoOPG(VTX_POTL_T pOutline, VTX_POTLMBR_T pHead) {
+    // Records of a paged outline that are not in memory are fetched by the
+    // paged store once it exists; an outline held in memory has them all.
+    return numberOutline(pOutline, pHead, NumberForm::Update);
+}
+
+void otlUpdateMemnorsFromDim(VTX_POTL_T, VTX_POTLMBR_T pDim) {
+    if (!pDim) return;
+    VTX_ULONG_T n = 1;
+    VTX_POTLMBR_T p = pDim->pChild ? otlLowLeftInternal(pDim->pChild) : pDim;
+    for (; p; p = nextPostOrder(p, pDim)) p->ulMemno = n++;
+}
+
+VTX_STS_T otlSetShareMbrMemno(VTX_POTL_T pOutline, VTX_POTLMBR_T pHead, VTX_USHORT_T usOption) {
+    if (!pOutline || !pHead) return VTX_STS_NULL_ARG;
+    const bool point = pOutline->bNonUniqueName && (usOption == 1 || usOption == 2);
+    for (VTX_POTLMBR_T p = otlNavtrdn(pHead, pHead); p; p = otlNavtrdn(p, pHead)) {
+        if (!OTL_IS_SHARE(otlGetShare(p))) continue;
+        VTX_POTLMBR_T pStored = storedMemberOf(pOutline, p, otlGetDim(p));
+        if (!pStored) continue;
+        p->ulActualMemno = pStored->ulActualMemno;
+        setMemnov(p, memnovOf(pStored));
+        if (point) p->OriginalMbr.hOriginalMbr = pStored;
+    }
+    return 0;
+}
+
+void otlUpdateMemberLevels(VTX_POTL_T pOutline) {
+    if (!pOutline || !pOutline->pHeadItem) return;
+    VTX_POTLMBR_T root = pOutline->pHeadItem;
+    // Post-order over the whole tree: a record's children are final when
+    // the record is reached.
+    for (VTX_POTLMBR_T p = otlLowLeftInternal(root); p; p = nextPostOrder(p, root)) {
+        VTX_UCHAR_T level = 0;
+        for (VTX_POTLMBR_T c = p->pChild; c; c = c->pSibling)
+            if (c->MbrInfo.usLevel + 1 > level) level = (VTX_UCHAR_T)(c->MbrInfo.usLevel + 1);
+        p->MbrInfo.usLevel = level;
+    }
+}
+
+VTX_USHORT_T otlGetMaxGen(VTX_POTLMBR_T pDim) {
+    VTX_USHORT_T g = pDim ? pDim->MbrInfo.usGen : 0;
+    for (VTX_POTLMBR_T p = otlNavtrdn(pDim, pDim); p; p = otlNavtrdn(p, pDim))
+        if (p->MbrInfo.usGen > g) g = p->MbrInfo.usGen;
+    return g;
+}
+
+VTX_ULONG_T otlGetItemCount(VTX_POTLMBR_T pTop) {
+    VTX_ULONG_T n = 0;
+    for (VTX_POTLMBR_T p = otlNavtrdn(pTop, pTop); p; p = otlNavtrdn(p, pTop)) ++n;
+    return n;
+}
+
+VTX_ULONG_T otlGetNonSharedItemCount(VTX_POTLMBR_T pTop) {
+    VTX_ULONG_T n = 0;
+    for (VTX_POTLMBR_T p = otlNavtrdn(pTop, pTop); p; p = otlNavtrdn(p, pTop))
+        if (!otlMbrIsShared(p)) ++n;
+    return n;
+}
+
+VTX_STS_T adShrOtlCountDims(VTX_HOUTLINE_T hOutline, VTX_USHORT_T *pusDimCount) {
+    if (pusDimCount) *pusDimCount = 0;
+    otl::CallFrame f(hOutline, otl::kRead);
+    if (VTX_STS_T sts = f.enter()) return sts;
+    if (!pusDimCount) return f.fail(VTX_STS_NULL_ARG, "adShrOtlCountDims", VTX_MSGARG_STR);
+    VTX_USHORT_T n = 0;
+    for (VTX_POTLMBR_T d = f.outline()->pHeadItem->pChild; d; d = d->pSibling) ++n;
+    *pusDimCount = n;
+    return 0;
+}
+
+VTX_STS_T adShrOtlCountGens(VTX_HOUTLINE_T hOutline, VTX_HMEMBER_T hDim, VTX_USHORT_T *pusGens) {
+    if (pusGens) *pusGens = 0;
+    otl::CallFrame f(hOutline, otl::kRead);
+    if (VTX_STS_T sts = f.enter({hDim})) return sts;
+    if (!pusGens || !hDim) return f.fail(VTX_STS_NULL_ARG, "adShrOtlCountGens", VTX_MSGARG_STR);
+    *pusGens = otlGetMaxGen(static_cast<VTX_POTLMBR_T>(hDim));
+    return 0;
+}
+
+// ---- sorting ----------------------------------------------------------------------------
+
+int otlCompareFunc(VTX_HMEMBER_T hMbr1, VTX_HMEMBER_T hMbr2, void *pUserData) {
+    auto *pOutline = static_cast<VTX_POTL_T>(pUserData);
+    auto *a = static_cast<VTX_POTLMBR_T>(hMbr1);
+    auto *b = static_cast<VTX_POTLMBR_T>(hMbr2);
+    if (pOutline && pOutline->usSortType == VTX_SORT_DESCENDING) std::swap(a, b);
+    // Two leaves of an attribute dimension that hold values of one type
+    // sort by value: 9 before 10, and dates in time order.
+    if (!OTL_IS_SMALL(a) && !OTL_IS_SMALL(b) && !a->pChild && !b->pChild &&
+        OTL_LARGE(a)->MbrInfo.usCategory == VTX_CAT_ATTRIBUTE && OTL_LARGE(b)->MbrInfo.usCategory == VTX_CAT_ATTRIBUTE) {
+        int c = compareAttributeValues(OTL_LARGE(a), OTL_LARGE(b));
+        if (c != 2) return c;
+    }
+    return otlStricoll(pOutline ? pOutline->pNetCtx : nullptr, a->MbrInfo.szMember, b->MbrInfo.szMember);
+}
+
+VTX_STS_T otlQuickSort(VTX_HMEMBER_T *pDataArray, VTX_LONG_T lIndex, OTL_PCOMPAREFUNC_T pfnCompareFunc,
+                       void *pUserData) {
+    if (!pDataArray || !pfnCompareFunc || lIndex < 2) return 0;
+    struct Range { VTX_LONG_T head, tail; } stack[kSortStackRanges];
+    VTX_LONG_T top = 0;
+    VTX_LONG_T head = 0, tail = lIndex - 1;
+    for (;;) {
+        while (head < tail) {
+            VTX_LONG_T low, high;
+            otlPartition(pDataArray, head, tail, pfnCompareFunc, pUserData, &low, &high);
+            // Work the smaller side at once and keep the larger for later,
+            // so that the stack stays logarithmic in depth.
+            if (low - head < tail - high) {
+                if (high < tail) {
+                    if (top >= kSortStackRanges - 1) return 1;
+                    stack[top++] = {high, tail};
+                }
+                tail = low;
+            } else {
+                if (head < low) {
+                    if (top >= kSortStackRanges - 1) return 1;
+                    stack[top++] = {head, low};
+                }
+                head = high;
+            }
+        }
+        if (top == 0) break;
+        --top;
+        head = stack[top].head;
+        tail = stack[top].tail;
+    }
+    return 0;
+}
+
+VTX_STS_T adShrOtlSortChildren(VTX_HOUTLINE_T hOutline, VTX_HMEMBER_T hParent, VTX_USHORT_T usType,
+                               VTX_PFNMBRCOMPARE_T pfnCompare, void *pUserData) {
+    otl::CallFrame f(hOutline, otl::kRead);
+    if (VTX_STS_T sts = f.enter({hParent})) return sts;
+    VTX_POTL_T p = f.outline();
+    if (usType > VTX_SORT_CALLER) return f.fail(VTX_STS_BAD_SORT_TYPE);
+    if (usType == VTX_SORT_CALLER && !pfnCompare) return f.fail(VTX_STS_NO_COMPARE_FUNC);
+    auto *pParent = static_cast<VTX_POTLMBR_T>(hParent);
+    const bool dims = !pParent || pParent == p->pHeadItem;
+    if (dims && p->incrementalOPGfile) return f.fail(VTX_STS_OPG_SORT_DIMS);
+    if (dims) pParent = p->pHeadItem;
+    if (!pParent->pChild) return 0;
+    return otl::otlGuard(f.ctx(), "adShrOtlSortChildren", [&]() -> VTX_STS_T {
+        VTX_LONG_T count = 0, hidden = 0;
+        for (VTX_POTLMBR_T c = pParent->pChild; c; c = c->pSibling) {
+            ++count;
+            if (OTL_IS_HIDDEN(c)) ++hidden;
+        }
+        VTX_HMEMBER_T *arr = nullptr;
+        if (VTX_STS_T sts = otlAlloc(f.ctx(), sizeof(VTX_HMEMBER_T) * (size_t)count, &arr))
+            return f.fail(sts, "adShrOtlSortChildren", VTX_MSGARG_STR);
+        // Nothing below can fail before the children are linked back.
+        VTX_LONG_T i = 0;
+        for (VTX_POTLMBR_T c = pParent->pChild; c; c = c->pSibling) arr[i++] = c;
+        for (i = 0; i < count; ++i) {
+            auto *c = static_cast<VTX_POTLMBR_T>(arr[i]);
+            // Unlinking without levels touches only links and counts.
+            (void)otlUnattachItem(f.ctx(), c, 0);
+            c->pParent = pParent;
+        }
+        VTX_STS_T sortSts;
+        if (usType == VTX_SORT_CALLER) {
+            sortSts = otlQuickSort(arr, count - hidden, pfnCompare, pUserData);
+        } else {
+            p->usSortType = usType;
+            sortSts = otlQuickSort(arr, count - hidden, otlCompareFunc, p);
+        }
+        for (i = 0; i < count; ++i) {
+            auto *c = static_cast<VTX_POTLMBR_T>(arr[i]);
+            if (i == 0) otlAddChildItem(pParent, c, 0);
+            else otlAddSiblingItem(static_cast<VTX_POTLMBR_T>(arr[i - 1]), c, 0);
+        }
+        if (dims) {
+            static_cast<VTX_POTLMBR_T>(arr[0])->ucFlags |= OTL_FLAG_DIMCHANGED;
+            otlReorderDimTable(p);
+        } else if (VTX_POTLMBR_T pDim = otlGetDim(pParent)) {
+            pDim->ucFlags |= OTL_FLAG_DIMCHANGED;
+        }
+        (void)otlFreeMem(f.ctx(), arr);  // the sort is done; a release failure changes nothing
+        p->ucStateFlag |= OTL_STATE_CHANGED;
+        return sortSts ? 1 : 0;
+    });
+}
+
+} // extern "C"

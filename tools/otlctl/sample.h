@@ -1,0 +1,40 @@
+// otlctl's built-in sample outline: built through the exported calls only,
+// printed as an indented tree, counted per dimension.
+#pragma once
+
+#include <cstdio>
+
+#include "vtxotl.h"
+
+namespace CLI {
+class App;
+}
+
+// Builds the sample outline in a new outline handle: a time dimension of
+// years, quarters and months; accounts with label-only parents, time balance,
+// expense and two-pass dynamic members that will carry formulas; products and
+// markets of a few hundred members each with shared members; a scenario
+// dimension.  On failure nothing is left open and the status is returned.
+VTX_STS_T otlctlBuildSample(vtx_netctx_t *pNetCtx, VTX_HOUTLINE_T *phOutline);
+
+// Prints the outline as an indented tree: consolidation, name, generation,
+// level, storage of dimensions and the share marks.
+VTX_STS_T otlctlPrintTree(VTX_HOUTLINE_T hOutline, vtx_netctx_t *pNetCtx, std::FILE *out);
+
+// Members of every dimension, counted by walking the tree.
+struct OtlctlDimCounts {
+    char name[VTX_MBRNAME_LEN];
+    unsigned long members;   // records below and including the dimension
+    unsigned long stored;    // holding data of their own
+    unsigned long shared;
+    unsigned long labelOnly;
+    unsigned long dynamic;
+    unsigned long leaves;
+    unsigned deepestGen;
+};
+// Fills up to maxDims entries; *pCount receives the number of dimensions.
+VTX_STS_T otlctlCountDims(VTX_HOUTLINE_T hOutline, vtx_netctx_t *pNetCtx, OtlctlDimCounts *pCounts,
+                          unsigned maxDims, unsigned *pCount);
+
+// Adds the subcommands "sample" and "stats".
+void registerSampleCommands(CLI::App &app);
