@@ -8,6 +8,7 @@
 
 #include <cstring>
 #include <utility>
+#include <vector>
 
 namespace {
 
@@ -452,6 +453,225 @@ VTX_STS_T adShrOtlSortChildren(VTX_HOUTLINE_T hOutline, VTX_HMEMBER_T hParent, V
         (void)otlFreeMem(f.ctx(), arr);  // the sort is done; a release failure changes nothing
         p->ucStateFlag |= OTL_STATE_CHANGED;
         return sortSts ? 1 : 0;
+    });
+}
+
+} // extern "C"
+
+// ---- shared members -------------------------------------------------------------------
+//
+// A shared member names its stored member by pointer once numbering or an
+// explicit setting has pointed it, and by its own name until then; both
+// ways go through otlHashFindOriginalItem.
+
+namespace {
+
+// The stored member behind a member: itself when it is not shared.
+VTX_STS_T storedOf(VTX_POTL_T o, VTX_POTLMBR_T m, VTX_POTLMBR_T *ppStored) {
+    *ppStored = nullptr;
+    if (!otlMbrIsSharedShare(m)) {
+        *ppStored = m;
+        return 0;
+    }
+    return otlHashFindOriginalItem(o->pNetCtx, o, otlGetDim(m), m, ppStored);
+}
+
+// Turns a member into a shared member of pOriginal (usShare 9) and drops
+// what only a stored member may hold.  Nothing here can fail.
+void makeSharedOf(VTX_POTL_T o, VTX_POTLMBR_T m, VTX_POTLMBR_T pOriginal) {
+    otlSetShare(m, VTX_SHARE_SHARED2);
+    if (m->MbrInfo.usGen > 1) {
+        m->ucFlags &= (VTX_UCHAR_T)~OTL_FLAG_DUP;
+        m->ucNameUnique = 0;
+    }
+    // Its unique-name alias described it as a stored member.
+    if (o->bNonUniqueName && m->AliasArray && o->usNumAliasTables > 0 && m->AliasArray[0].pszDefName) {
+        (void)otlHashDeleteString(o->pNetCtx, o, m, m->AliasArray[0].pszDefName, 1);  // the entry goes with the text
+        (void)otlFreeMem(o->pNetCtx, m->AliasArray[0].pszDefName);
+        m->AliasArray[0].pszDefName = nullptr;
+    }
+    m->OriginalMbr.hOriginalMbr = pOriginal;
+    o->fVerified = 0;
+    o->ucStateFlag |= OTL_STATE_EDITED;
+}
+
+} // namespace
+
+extern "C" {
+
+VTX_STS_T adShrOtlGetSharedMembers(VTX_HOUTLINE_T hOutline, VTX_HMEMBER_T hMember, VTX_ULONG_T *pulCount,
+                                   VTX_HMEMBER_T **pphSharedMembers) {
+    if (pulCount) *pulCount = 0;
+    if (pphSharedMembers) *pphSharedMembers = nullptr;
+    otl::CallFrame f(hOutline, otl::kRead);
+    if (VTX_STS_T sts = f.enter({hMember})) return sts;
+    if (!hMember || !pulCount || !pphSharedMembers)
+        return f.fail(VTX_STS_NULL_ARG, "adShrOtlGetSharedMembers", VTX_MSGARG_STR);
+    VTX_POTL_T o = f.outline();
+    VTX_POTLMBR_T stored = nullptr;
+    if (VTX_STS_T sts = storedOf(o, static_cast<VTX_POTLMBR_T>(hMember), &stored)) return f.fail(sts);
+    if (!stored) return 0;
+    VTX_ULONG_T n = 0;
+    VTX_POTLMBR_T s = nullptr;
+    VTX_STS_T sts;
+    while (!(sts = otlGetNextSharedMember(o, stored, s, &s)) && s) ++n;
+    if (sts) return f.fail(sts);
+    if (!n) return 0;
+    VTX_HMEMBER_T *arr = nullptr;
+    if ((sts = otlAlloc(f.ctx(), sizeof(VTX_HMEMBER_T) * n, &arr)))
+        return f.fail(sts, "adShrOtlGetSharedMembers", VTX_MSGARG_STR);
+    VTX_ULONG_T i = 0;
+    s = nullptr;
+    while (i < n && !otlGetNextSharedMember(o, stored, s, &s) && s) arr[i++] = s;
+    *pulCount = i;
+    *pphSharedMembers = arr;
+    return 0;
+}
+
+VTX_STS_T adShrOtlGetNextSharedMember(VTX_HOUTLINE_T hOutline, VTX_HMEMBER_T hMember, VTX_HMEMBER_T *phSharedMember) {
+    if (phSharedMember) *phSharedMember = nullptr;
+    otl::CallFrame f(hOutline, otl::kRead);
+    if (VTX_STS_T sts = f.enter({hMember})) return sts;
+    if (!hMember || !phSharedMember) return f.fail(VTX_STS_NULL_ARG, "adShrOtlGetNextSharedMember", VTX_MSGARG_STR);
+    VTX_POTL_T o = f.outline();
+    auto *m = static_cast<VTX_POTLMBR_T>(hMember);
+    VTX_POTLMBR_T stored = nullptr;
+    if (VTX_STS_T sts = storedOf(o, m, &stored)) return f.fail(sts);
+    if (!stored) return 0;
+    VTX_POTLMBR_T next = nullptr;
+    if (VTX_STS_T sts = otlGetNextSharedMember(o, stored, stored == m ? nullptr : m, &next)) return f.fail(sts);
+    *phSharedMember = next;
+    return 0;
+}
+
+VTX_STS_T adShrOtlFindOriginalMember(VTX_HOUTLINE_T hOutline, VTX_HMEMBER_T hSharedMember, VTX_HMEMBER_T *phMember) {
+    if (phMember) *phMember = nullptr;
+    otl::CallFrame f(hOutline, otl::kRead);
+    if (VTX_STS_T sts = f.enter({hSharedMember})) return sts;
+    if (!hSharedMember || !phMember) return f.fail(VTX_STS_NULL_ARG, "adShrOtlFindOriginalMember", VTX_MSGARG_STR);
+    auto *m = static_cast<VTX_POTLMBR_T>(hSharedMember);
+    VTX_POTLMBR_T stored = nullptr;
+    if (VTX_STS_T sts = storedOf(f.outline(), m, &stored)) return f.fail(sts);
+    if (!stored) return f.fail(VTX_STS_SHARED_NO_STORED, m->MbrInfo.szMember, VTX_MSGARG_STR);
+    *phMember = stored;
+    return 0;
+}
+
+VTX_STS_T adShrOtlGetOriginalMember(VTX_HOUTLINE_T hOutline, VTX_HMEMBER_T hMember, VTX_HMEMBER_T *phOriginal) {
+    if (phOriginal) *phOriginal = nullptr;
+    otl::CallFrame f(hOutline, otl::kRead);
+    if (VTX_STS_T sts = f.enter({hMember})) return sts;
+    if (!hMember || !phOriginal) return f.fail(VTX_STS_NULL_ARG, "adShrOtlGetOriginalMember", VTX_MSGARG_STR);
+    auto *m = static_cast<VTX_POTLMBR_T>(hMember);
+    if (otlMbrIsSharedShare(m)) *phOriginal = m->OriginalMbr.hOriginalMbr;
+    return 0;
+}
+
+VTX_STS_T adShrOtlResetOriginalMember(VTX_HOUTLINE_T hOutline, VTX_HMEMBER_T hSharedMbr, VTX_HMEMBER_T hOriginalMbr) {
+    otl::CallFrame f(hOutline, otl::kEdit | otl::kMemberEdit);
+    if (VTX_STS_T sts = f.enter({hSharedMbr, hOriginalMbr})) return sts;
+    if (!hSharedMbr || !hOriginalMbr)
+        return f.fail(VTX_STS_NULL_ARG, "adShrOtlResetOriginalMember", VTX_MSGARG_STR);
+    if (f.outline()->incrementalOPGfile) return f.fail(VTX_STS_NOT_AVAILABLE);
+    makeSharedOf(f.outline(), static_cast<VTX_POTLMBR_T>(hSharedMbr), static_cast<VTX_POTLMBR_T>(hOriginalMbr));
+    return 0;
+}
+
+VTX_STS_T adShrOtlSetOriginalMember(VTX_HOUTLINE_T hOutline, VTX_HMEMBER_T hMember, VTX_CSTR_T szOriginalMbr,
+                                    VTX_BOOL_T fIsMbrId, VTX_USHORT_T) {
+    otl::CallFrame f(hOutline, otl::kEdit | otl::kMemberEdit);
+    if (VTX_STS_T sts = f.enter({hMember})) return sts;
+    VTX_POTL_T o = f.outline();
+    if (!o->bNonUniqueName) {
+        // Only outlines with duplicate names point shared members by hand;
+        // the refusal is a warning.
+        vTX_PNETCTX_T c = f.ctx();
+        if (c && (c->bSendMsgNet || o->ucCallerType == 2))
+            (void)adNetLocalMessage(c, VTX_STS_DUP_RULE_CONFLICT, VTX_MSG_WARNING, nullptr, 0, nullptr, 0);  // the status says it
+        return VTX_STS_DUP_RULE_CONFLICT;
+    }
+    auto *m = static_cast<VTX_POTLMBR_T>(hMember);
+    if (!m || !szOriginalMbr || !*szOriginalMbr)
+        return f.fail(VTX_STS_NULL_ARG, "adShrOtlSetOriginalMember", VTX_MSGARG_STR);
+    if (o->incrementalOPGfile) return f.fail(VTX_STS_NOT_AVAILABLE);
+    VTX_POTLMBR_T stored = nullptr;
+    // A member identifier is the member's alias in the "Member ID" table
+    // (table 1, index number 2).
+    VTX_STS_T sts = fIsMbrId ? otlHashFindItemByNameEx(f.ctx(), o, szOriginalMbr, nullptr, 0, 1, 1, OTL_OPT_UNSHARED, 2,
+                                                       nullptr, &stored, nullptr, nullptr)
+                             : otlHashFindItemByNameEx(f.ctx(), o, szOriginalMbr, nullptr, 1, 0, 1, OTL_OPT_UNSHARED, 0,
+                                                       nullptr, &stored, nullptr, nullptr);
+    if (sts == VTX_STS_NOT_FOUND) return f.fail(sts, szOriginalMbr, VTX_MSGARG_STR);
+    if (sts || !stored || stored == m) return f.fail(VTX_STS_STORED_NOT_FOUND, szOriginalMbr, VTX_MSGARG_STR);
+    // A typed stored member makes its shared members never consolidate,
+    // and a shared member has no format string of its own.
+    if (!OTL_IS_SMALL(m) && OTL_LARGE(m)->pszFormatString) {
+        (void)otlFreeMem(f.ctx(), OTL_LARGE(m)->pszFormatString);  // released with the role it served
+        OTL_LARGE(m)->pszFormatString = nullptr;
+    }
+    if (o->bMemberTypeEnabled && (stored->ucFlags2 & OTL_FLAG2_TYPEMASK))
+        m->MbrInfo.ucInfoFlags = (VTX_USHORT_T)((m->MbrInfo.ucInfoFlags & ~OTL_INFO_CONSOL) | VTX_CONS_NEVER);
+    makeSharedOf(o, m, stored);
+    return 0;
+}
+
+VTX_STS_T adShrOtlCorrectSharedMembers(VTX_HOUTLINE_T hOutline, VTX_HMEMBER_T hDimTop) {
+    otl::CallFrame f(hOutline, otl::kEdit | otl::kMemberEdit);
+    if (VTX_STS_T sts = f.enter({hDimTop})) return sts;
+    VTX_POTL_T o = f.outline();
+    auto *dim = static_cast<VTX_POTLMBR_T>(hDimTop);
+    if (!dim || dim->MbrInfo.usGen != 1) return f.fail(VTX_STS_NULL_ARG, "adShrOtlCorrectSharedMembers", VTX_MSGARG_STR);
+    return otl::otlGuard(f.ctx(), "adShrOtlCorrectSharedMembers", [&]() -> VTX_STS_T {
+        for (bool changed = true; changed;) {
+            changed = false;
+            otlUpdateMemnorsFromDim(o, dim);
+            for (VTX_POTLMBR_T p = otlLowLeftInternal(dim); p && p != dim; p = nextPostOrder(p, dim)) {
+                if (!otlMbrIsSharedShare(p)) continue;
+                VTX_POTLMBR_T stored = nullptr;
+                if (otlHashFindOriginalItem(f.ctx(), o, dim, p, &stored) || !stored || stored->ulMemno <= p->ulMemno)
+                    continue;
+                // The stored member stands behind a shared copy: the earliest
+                // copy in the dimension takes its place.
+                VTX_POTLMBR_T chosen = p;
+                VTX_POTLMBR_T s = nullptr;
+                while (!otlGetNextSharedMember(o, stored, s, &s) && s)
+                    if (otlGetDim(s) == dim && s->ulMemno < chosen->ulMemno) chosen = s;
+                vtx_mbrinfo_t *info = nullptr;
+                VTX_STS_T sts = adShrOtlGetMemberInfo(o, chosen, &info);
+                if (sts) return sts;
+                info->usShare = VTX_SHARE_STORE;
+                sts = adShrOtlSetMemberInfo(o, chosen, info, OTL_VERIFY_QUIET, nullptr);
+                (void)adShrOtlFreeMbrInfo(f.ctx(), 1, info);  // the read copy; its release has no bearing
+                if (sts) return sts;
+                chosen->OriginalMbr.hOriginalMbr = nullptr;
+                // Its children follow it, in their order.
+                VTX_POTLMBR_T prev = nullptr;
+                while (VTX_POTLMBR_T c = stored->pChild) {
+                    if ((sts = adShrOtlMoveMember(o, c, prev ? nullptr : chosen, prev, nullptr))) return sts;
+                    prev = c;
+                }
+                // The old stored member and every other copy point at it.
+                std::vector<VTX_POTLMBR_T> others;
+                s = nullptr;
+                while (!otlGetNextSharedMember(o, stored, s, &s) && s)
+                    if (s != chosen) others.push_back(s);
+                if (o->bNonUniqueName) {
+                    makeSharedOf(o, stored, chosen);
+                    for (VTX_POTLMBR_T x : others) makeSharedOf(o, x, chosen);
+                } else {
+                    if ((sts = adShrOtlGetMemberInfo(o, stored, &info))) return sts;
+                    info->usShare = VTX_SHARE_SHARED;
+                    sts = adShrOtlSetMemberInfo(o, stored, info, OTL_VERIFY_QUIET, nullptr);
+                    (void)adShrOtlFreeMbrInfo(f.ctx(), 1, info);  // the read copy
+                    if (sts) return sts;
+                    for (VTX_POTLMBR_T x : others) x->OriginalMbr.hOriginalMbr = nullptr;
+                }
+                changed = true;
+                break;  // the walk starts again over the changed dimension
+            }
+        }
+        f.edited();
+        return 0;
     });
 }
 

@@ -358,8 +358,14 @@ void withSample(F &&body) {
 
 void registerSampleCommands(CLI::App &app) {
     auto *cmdSample = app.add_subcommand("sample", "Build the built-in sample outline and print it as a tree");
+    static bool numbers = false;
+    cmdSample->add_flag("--numbers", numbers,
+                        "Renumber the outline and print every member's generation, level, member number, actual "
+                        "member number and dimension number; shared members name their stored member");
     cmdSample->callback([]() {
-        withSample([](VTX_HOUTLINE_T h, vtx_netctx_t *ctx) { return otlctlPrintTree(h, ctx, stdout); });
+        withSample([](VTX_HOUTLINE_T h, vtx_netctx_t *ctx) {
+            return numbers ? otlctlPrintNumbers(h, stdout) : otlctlPrintTree(h, ctx, stdout);
+        });
     });
     auto *cmdStats = app.add_subcommand("stats", "Count the members of each dimension of the sample outline");
     cmdStats->callback([]() {

@@ -21,6 +21,11 @@ VTX_STS_T otlctlBuildSample(vtx_netctx_t *pNetCtx, VTX_HOUTLINE_T *phOutline);
 // level, storage of dimensions and the share marks.
 VTX_STS_T otlctlPrintTree(VTX_HOUTLINE_T hOutline, vtx_netctx_t *pNetCtx, std::FILE *out);
 
+// Renumbers the outline (the numbering a verification runs) and prints each
+// member with generation, level, member number, actual member number and
+// dimension number; a shared member names its stored member.
+VTX_STS_T otlctlPrintNumbers(VTX_HOUTLINE_T hOutline, std::FILE *out);
+
 // Members of every dimension, counted by walking the tree.
 struct OtlctlDimCounts {
     char name[VTX_MBRNAME_LEN];
