@@ -136,6 +136,14 @@ VTX_API VTX_USHORT_T otlGetMaxGen(VTX_POTLMBR_T pDim);
 VTX_API VTX_ULONG_T otlGetItemCount(VTX_POTLMBR_T pTop);
 VTX_API VTX_ULONG_T otlGetNonSharedItemCount(VTX_POTLMBR_T pTop);
 
+/* After stored members have gone (deleted, or renamed away by a quiet
+ * rename), their shared copies must not be left without one: among the
+ * copies of each former stored member (origins[i] is the one copies[i]
+ * stood for), the first in the array becomes stored and the others point at
+ * it.  Cannot fail. */
+VTX_API void otlPromoteSharedCopies(VTX_POTL_T pOutline, VTX_POTLMBR_T *copies, VTX_POTLMBR_T *origins,
+                                    VTX_ULONG_T count);
+
 /* Sorting children. */
 typedef int (*OTL_PCOMPAREFUNC_T)(VTX_HMEMBER_T hMbr1, VTX_HMEMBER_T hMbr2, void *pUserData);
 VTX_API int otlCompareFunc(VTX_HMEMBER_T hMbr1, VTX_HMEMBER_T hMbr2, void *pUserData);

@@ -186,16 +186,23 @@ int compareAttributeValues(VTX_POTLMBRLARGE_T a, VTX_POTLMBRLARGE_T b) {
     }
 }
 
+// The outline's own orders (ascending, descending) over an array of
+// children: the same comparisons as otlCompareFunc, on gathered keys.  When
+// the keys cannot be gathered (no memory), the handles are sorted through
+// otlCompareFunc itself, to the same order.
+VTX_STS_T sortByOutlineOrder(VTX_POTL_T p, VTX_HMEMBER_T *arr, VTX_LONG_T n);
+
 // One partition step over [head, tail]: the pivot is the element at the
 // mean of the two ends.  Scans are bounded by the range, so a comparison
-// that contradicts itself cannot run past the array.
-void otlPartition(VTX_HMEMBER_T *a, VTX_LONG_T head, VTX_LONG_T tail, OTL_PCOMPAREFUNC_T cmp, void *ud,
-                  VTX_LONG_T *pLow, VTX_LONG_T *pHigh) {
-    VTX_HMEMBER_T pivot = a[head + (tail - head) / 2];
+// that contradicts itself cannot run past the array.  The order it leaves
+// among equal keys is part of the outline's saved form.
+template <class T, class Cmp>
+void otlPartition(T *a, VTX_LONG_T head, VTX_LONG_T tail, Cmp &cmp, VTX_LONG_T *pLow, VTX_LONG_T *pHigh) {
+    T pivot = a[head + (tail - head) / 2];
     VTX_LONG_T i = head, j = tail;
     while (i <= j) {
-        while (i <= tail && cmp(a[i], pivot, ud) < 0) ++i;
-        while (j >= head && cmp(a[j], pivot, ud) > 0) --j;
+        while (i <= tail && cmp(a[i], pivot) < 0) ++i;
+        while (j >= head && cmp(a[j], pivot) > 0) --j;
         if (i <= j) {
             std::swap(a[i], a[j]);
             ++i;
@@ -204,6 +211,83 @@ void otlPartition(VTX_HMEMBER_T *a, VTX_LONG_T head, VTX_LONG_T tail, OTL_PCOMPA
     }
     *pLow = j;   // left range ends here
     *pHigh = i;  // right range starts here
+}
+
+// Iterative quicksort with a stack of 100 ranges; 1 when it overflows (the
+// array is then a permutation of what it was, partly sorted).  One core
+// serves handles with a caller's comparison and the sort keys of the
+// outline's own orders, so both leave the very same order.
+template <class T, class Cmp>
+VTX_STS_T quickSortCore(T *a, VTX_LONG_T n, Cmp &cmp) {
+    if (!a || n < 2) return 0;
+    struct Range { VTX_LONG_T head, tail; } stack[kSortStackRanges];
+    VTX_LONG_T top = 0;
+    VTX_LONG_T head = 0, tail = n - 1;
+    for (;;) {
+        while (head < tail) {
+            VTX_LONG_T low, high;
+            otlPartition(a, head, tail, cmp, &low, &high);
+            // Work the smaller side at once and keep the larger for later,
+            // so that the stack stays logarithmic in depth.
+            if (low - head < tail - high) {
+                if (high < tail) {
+                    if (top >= kSortStackRanges - 1) return 1;
+                    stack[top++] = {high, tail};
+                }
+                tail = low;
+            } else {
+                if (head < low) {
+                    if (top >= kSortStackRanges - 1) return 1;
+                    stack[top++] = {head, low};
+                }
+                head = high;
+            }
+        }
+        if (top == 0) break;
+        --top;
+        head = stack[top].head;
+        tail = stack[top].tail;
+    }
+    return 0;
+}
+
+// What the outline's own orders compare, gathered once per child so that a
+// comparison touches one small entry instead of two member records.
+struct SortKey {
+    const char *name;
+    VTX_POTLMBRLARGE_T attr;  // a leaf of an attribute dimension that compares by value, else null
+    VTX_HMEMBER_T member;
+};
+
+VTX_STS_T sortByOutlineOrder(VTX_POTL_T p, VTX_HMEMBER_T *arr, VTX_LONG_T n) {
+    if (n < 2) return 0;
+    SortKey *keys = nullptr;
+    if (otlAlloc(p->pNetCtx, sizeof(SortKey) * (size_t)n, &keys) != 0) {
+        auto cmp = [p](VTX_HMEMBER_T x, VTX_HMEMBER_T y) { return otlCompareFunc(x, y, p); };
+        return quickSortCore(arr, n, cmp);
+    }
+    for (VTX_LONG_T i = 0; i < n; ++i) {
+        auto *m = static_cast<VTX_POTLMBR_T>(arr[i]);
+        keys[i].name = m->MbrInfo.szMember;
+        keys[i].member = arr[i];
+        keys[i].attr = (!OTL_IS_SMALL(m) && !m->pChild && OTL_LARGE(m)->MbrInfo.usCategory == VTX_CAT_ATTRIBUTE)
+                           ? OTL_LARGE(m) : nullptr;
+    }
+    vTX_PNETCTX_T ctx = p->pNetCtx;
+    const bool descending = p->usSortType == VTX_SORT_DESCENDING;
+    auto cmp = [ctx, descending](const SortKey &x0, const SortKey &y0) {
+        const SortKey &x = descending ? y0 : x0;
+        const SortKey &y = descending ? x0 : y0;
+        if (x.attr && y.attr) {
+            int c = compareAttributeValues(x.attr, y.attr);
+            if (c != 2) return c;
+        }
+        return otlStricoll(ctx, x.name, y.name);
+    };
+    VTX_STS_T sts = quickSortCore(keys, n, cmp);
+    for (VTX_LONG_T i = 0; i < n; ++i) arr[i] = keys[i].member;
+    (void)otlFreeMem(p->pNetCtx, keys);  // scratch of this sort
+    return sts;
 }
 
 } // namespace
@@ -370,36 +454,9 @@ int otlCompareFunc(VTX_HMEMBER_T hMbr1, VTX_HMEMBER_T hMbr2, void *pUserData) {
 
 VTX_STS_T otlQuickSort(VTX_HMEMBER_T *pDataArray, VTX_LONG_T lIndex, OTL_PCOMPAREFUNC_T pfnCompareFunc,
                        void *pUserData) {
-    if (!pDataArray || !pfnCompareFunc || lIndex < 2) return 0;
-    struct Range { VTX_LONG_T head, tail; } stack[kSortStackRanges];
-    VTX_LONG_T top = 0;
-    VTX_LONG_T head = 0, tail = lIndex - 1;
-    for (;;) {
-        while (head < tail) {
-            VTX_LONG_T low, high;
-            otlPartition(pDataArray, head, tail, pfnCompareFunc, pUserData, &low, &high);
-            // Work the smaller side at once and keep the larger for later,
-            // so that the stack stays logarithmic in depth.
-            if (low - head < tail - high) {
-                if (high < tail) {
-                    if (top >= kSortStackRanges - 1) return 1;
-                    stack[top++] = {high, tail};
-                }
-                tail = low;
-            } else {
-                if (head < low) {
-                    if (top >= kSortStackRanges - 1) return 1;
-                    stack[top++] = {head, low};
-                }
-                head = high;
-            }
-        }
-        if (top == 0) break;
-        --top;
-        head = stack[top].head;
-        tail = stack[top].tail;
-    }
-    return 0;
+    if (!pfnCompareFunc) return 0;
+    auto cmp = [&](VTX_HMEMBER_T x, VTX_HMEMBER_T y) { return pfnCompareFunc(x, y, pUserData); };
+    return quickSortCore(pDataArray, lIndex, cmp);
 }
 
 VTX_STS_T adShrOtlSortChildren(VTX_HOUTLINE_T hOutline, VTX_HMEMBER_T hParent, VTX_USHORT_T usType,
@@ -437,7 +494,7 @@ VTX_STS_T adShrOtlSortChildren(VTX_HOUTLINE_T hOutline, VTX_HMEMBER_T hParent, V
             sortSts = otlQuickSort(arr, count - hidden, pfnCompare, pUserData);
         } else {
             p->usSortType = usType;
-            sortSts = otlQuickSort(arr, count - hidden, otlCompareFunc, p);
+            sortSts = sortByOutlineOrder(p, arr, count - hidden);
         }
         for (i = 0; i < count; ++i) {
             auto *c = static_cast<VTX_POTLMBR_T>(arr[i]);
@@ -676,3 +733,24 @@ VTX_STS_T adShrOtlCorrectSharedMembers(VTX_HOUTLINE_T hOutline, VTX_HMEMBER_T hD
 }
 
 } // extern "C"
+
+extern "C" void otlPromoteSharedCopies(VTX_POTL_T o, VTX_POTLMBR_T *copies, VTX_POTLMBR_T *origins, VTX_ULONG_T count) {
+    if (!o || !copies || !origins) return;
+    for (VTX_ULONG_T i = 0; i < count; ++i) {
+        if (!copies[i]) continue;
+        // copies[i] is the first of its group still waiting: it takes the
+        // place of the stored member, with its name.
+        VTX_POTLMBR_T chosen = copies[i];
+        VTX_POTLMBR_T origin = origins[i];
+        otlSetShare(chosen, VTX_SHARE_STORE);
+        chosen->OriginalMbr.hOriginalMbr = nullptr;
+        copies[i] = nullptr;
+        for (VTX_ULONG_T j = i + 1; j < count; ++j) {
+            if (!copies[j] || origins[j] != origin) continue;
+            copies[j]->OriginalMbr.hOriginalMbr = o->bNonUniqueName ? chosen : nullptr;
+            copies[j] = nullptr;
+        }
+    }
+    o->fVerified = 0;
+    o->ucStateFlag |= OTL_STATE_EDITED;
+}

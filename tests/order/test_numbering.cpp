@@ -297,3 +297,31 @@ TEST(QuickSort, InconsistentComparisonStaysInsideTheArray) {
     std::sort(seen.begin(), seen.end());
     for (size_t i = 0; i < seen.size(); ++i) ASSERT_EQ(seen[i], (int)i) << "a permutation of what went in";
 }
+
+// The outline's own orders sort gathered keys; they must leave exactly the
+// order the comparison function leaves, equal keys included.
+TEST_F(OutlineTest, OwnOrderMatchesTheComparisonFunctionOnEqualKeys) {
+    // A case-sensitive outline holds names equal but for case; the
+    // collation of the outline's own orders ignores case and finds them equal.
+    vtx_outlineinfo_t oi{};
+    oi.fCaseSensitive = 1;
+    ASSERT_EQ(adShrOtlSetOutlineInfo(h, &oi, 0, nullptr), 0);
+    VTX_POTLMBR_T d = dim("D");
+    const char *names[] = {"beta", "Alpha", "BETA", "alpha", "Gamma", "ALPHA", "gamma", "Beta", "delta"};
+    for (const char *n : names) {
+        vtx_mbrinfo_t i = info(n);
+        VTX_HMEMBER_T m = nullptr;
+        VTX_HMEMBER_T prev = d->MbrInfo.pLastSibling;
+        ASSERT_EQ(adShrOtlAddMember(h, &i, prev ? nullptr : d, prev, &m, 0, nullptr), 0) << n;
+    }
+    for (VTX_USHORT_T type : {VTX_SORT_ASCENDING, VTX_SORT_DESCENDING}) {
+        std::vector<VTX_HMEMBER_T> expect;
+        for (VTX_POTLMBR_T c = d->pChild; c; c = c->pSibling) expect.push_back(c);
+        p->usSortType = type;
+        ASSERT_EQ(otlQuickSort(expect.data(), (VTX_LONG_T)expect.size(), otlCompareFunc, p), 0);
+        ASSERT_EQ(adShrOtlSortChildren(h, d, type, nullptr, nullptr), 0);
+        std::vector<VTX_HMEMBER_T> got;
+        for (VTX_POTLMBR_T c = d->pChild; c; c = c->pSibling) got.push_back(c);
+        EXPECT_EQ(got, expect) << "order " << type;
+    }
+}
