@@ -1,11 +1,9 @@
 // Creating and closing an empty outline, against calloc/free of the very
 // blocks the creation allocates, recorded in the same run.
-#include <benchmark/benchmark.h>
-
 #include <cstdlib>
 #include <vector>
 
-#include "vtxotl.h"
+#include "benchsupport.h"
 
 namespace {
 
@@ -16,21 +14,7 @@ VTX_STS_T recordingAlloc(size_t size, void **pp) {
     *pp = std::calloc(1, size ? size : 1);
     return *pp ? 0 : VTX_STS_NO_MEMORY;
 }
-VTX_STS_T plainFree(void *p) {
-    std::free(p);
-    return 0;
-}
-
-vtx_netctx_t makeCtx() {
-    vtx_netctx_t c{};
-    (void)vtxHostInitContext(&c);  // a zeroed context always initialises
-    c.AllocFunc = recordingAlloc;
-    c.FreeFunc = plainFree;
-    c.bSendMsgNet = 0;
-    c.lClientVersion = c.lServerVersion = 0x00B20000;
-    c.estimatedHashSize = 1000;
-    return c;
-}
+vtx_netctx_t makeCtx() { return vtxbench::makeContext(recordingAlloc); }
 
 // The sizes one creation asks for.
 const std::vector<size_t> &creationSizes() {
@@ -76,32 +60,10 @@ void BM_Baseline_CallocFreeSameBlocks(benchmark::State &state) {
 BENCHMARK(BM_NewCloseOutline);
 BENCHMARK(BM_Baseline_CallocFreeSameBlocks);
 
-// Prints the ratio of the two runs so a noisy machine still gives a
-// comparable figure.
-class RatioReporter : public benchmark::ConsoleReporter {
-public:
-    void ReportRuns(const std::vector<Run> &runs) override {
-        ConsoleReporter::ReportRuns(runs);
-        for (const auto &r : runs) {
-            if (r.run_name.function_name == "BM_NewCloseOutline") ours_ = r.GetAdjustedRealTime();
-            if (r.run_name.function_name == "BM_Baseline_CallocFreeSameBlocks") base_ = r.GetAdjustedRealTime();
-        }
-    }
-    void Finalize() override {
-        ConsoleReporter::Finalize();
-        if (ours_ > 0 && base_ > 0)
-            std::printf("ratio new+close / calloc+free of the same blocks: %.2f\n", ours_ / base_);
-    }
-private:
-    double ours_ = 0, base_ = 0;
-};
-
 } // namespace
 
 int main(int argc, char **argv) {
-    benchmark::Initialize(&argc, argv);
-    RatioReporter reporter;
-    benchmark::RunSpecifiedBenchmarks(&reporter);
-    benchmark::Shutdown();
-    return 0;
+    return vtxbench::runWithRatios(argc, argv,
+                                   {{"new+close / calloc+free of the same blocks", "BM_NewCloseOutline",
+                                     "BM_Baseline_CallocFreeSameBlocks"}});
 }

@@ -8,8 +8,6 @@
 //
 // Each pair runs in the same process on the same data; the ratios are
 // printed at the end.
-#include <benchmark/benchmark.h>
-
 #include <algorithm>
 #include <cstdio>
 #include <cstring>
@@ -18,30 +16,13 @@
 #include <string>
 #include <vector>
 
+#include "benchsupport.h"
 #include "otl.h"
 
 namespace {
 
-VTX_STS_T benchAlloc(size_t size, void **pp) {
-    *pp = std::calloc(1, size ? size : 1);
-    return *pp ? 0 : VTX_STS_NO_MEMORY;
-}
-VTX_STS_T benchFree(void *p) {
-    std::free(p);
-    return 0;
-}
-
 vtx_netctx_t &benchCtx() {
-    static vtx_netctx_t c = [] {
-        vtx_netctx_t x{};
-        (void)vtxHostInitContext(&x);  // a zeroed context always initialises
-        x.AllocFunc = benchAlloc;
-        x.FreeFunc = benchFree;
-        x.bSendMsgNet = 0;
-        x.lClientVersion = x.lServerVersion = 0x00B20000;
-        x.estimatedHashSize = 1000;
-        return x;
-    }();
+    static vtx_netctx_t c = vtxbench::makeContext();
     return c;
 }
 
@@ -185,51 +166,39 @@ SortFixture &sortFixture() {
     return *f;
 }
 
-void BM_SortChildren_Collation(benchmark::State &state) {
+// Shuffles the children back (outside the timing) and sorts them.
+void sortChildren(benchmark::State &state, VTX_USHORT_T type, VTX_PFNMBRCOMPARE_T cmp) {
     SortFixture &f = sortFixture();
     for (auto _ : state) {
         state.PauseTiming();
         f.shuffle();
         state.ResumeTiming();
-        if (adShrOtlSortChildren(f.o.p, f.parent, VTX_SORT_ASCENDING, nullptr, nullptr) != 0)
-            state.SkipWithError("sort failed");
+        if (adShrOtlSortChildren(f.o.p, f.parent, type, cmp, nullptr) != 0) state.SkipWithError("sort failed");
     }
 }
 
-void BM_SortChildren_Bytes(benchmark::State &state) {
-    SortFixture &f = sortFixture();
+// std::sort of the same names under a comparison.
+template <class Less>
+void stdSort(benchmark::State &state, Less less) {
     for (auto _ : state) {
         state.PauseTiming();
-        f.shuffle();
+        std::vector<const char *> v;
+        v.reserve(kSortChildren);
+        for (const auto &n : sortNames()) v.push_back(n.c_str());
         state.ResumeTiming();
-        if (adShrOtlSortChildren(f.o.p, f.parent, VTX_SORT_CALLER, byteCompare, nullptr) != 0)
-            state.SkipWithError("sort failed");
+        std::sort(v.begin(), v.end(), less);
+        benchmark::DoNotOptimize(v.data());
     }
 }
 
+void BM_SortChildren_Collation(benchmark::State &state) { sortChildren(state, VTX_SORT_ASCENDING, nullptr); }
+void BM_SortChildren_Bytes(benchmark::State &state) { sortChildren(state, VTX_SORT_CALLER, byteCompare); }
 void BM_Baseline_StdSort_Collation(benchmark::State &state) {
     vtx_netctx_t *ctx = &benchCtx();
-    for (auto _ : state) {
-        state.PauseTiming();
-        std::vector<const char *> v;
-        v.reserve(kSortChildren);
-        for (const auto &n : sortNames()) v.push_back(n.c_str());
-        state.ResumeTiming();
-        std::sort(v.begin(), v.end(), [ctx](const char *a, const char *b) { return otlStricoll(ctx, a, b) < 0; });
-        benchmark::DoNotOptimize(v.data());
-    }
+    stdSort(state, [ctx](const char *a, const char *b) { return otlStricoll(ctx, a, b) < 0; });
 }
-
 void BM_Baseline_StdSort_Bytes(benchmark::State &state) {
-    for (auto _ : state) {
-        state.PauseTiming();
-        std::vector<const char *> v;
-        v.reserve(kSortChildren);
-        for (const auto &n : sortNames()) v.push_back(n.c_str());
-        state.ResumeTiming();
-        std::sort(v.begin(), v.end(), [](const char *a, const char *b) { return std::strcmp(a, b) < 0; });
-        benchmark::DoNotOptimize(v.data());
-    }
+    stdSort(state, [](const char *a, const char *b) { return std::strcmp(a, b) < 0; });
 }
 
 BENCHMARK(BM_SortChildren_Collation)->Unit(benchmark::kMillisecond)->Iterations(2);
@@ -237,35 +206,15 @@ BENCHMARK(BM_Baseline_StdSort_Collation)->Unit(benchmark::kMillisecond)->Iterati
 BENCHMARK(BM_SortChildren_Bytes)->Unit(benchmark::kMillisecond)->Iterations(3);
 BENCHMARK(BM_Baseline_StdSort_Bytes)->Unit(benchmark::kMillisecond)->Iterations(3);
 
-class RatioReporter : public benchmark::ConsoleReporter {
-public:
-    void ReportRuns(const std::vector<Run> &runs) override {
-        ConsoleReporter::ReportRuns(runs);
-        for (const auto &r : runs) times_[r.benchmark_name()] = r.GetAdjustedRealTime();
-    }
-    void Finalize() override {
-        ConsoleReporter::Finalize();
-        ratio("renumber 1M  / plain walk", "BM_SetMemno/1/iterations:3", "BM_Baseline_PlainPostOrder/1/iterations:3");
-        ratio("renumber 10M / plain walk", "BM_SetMemno/10/iterations:3", "BM_Baseline_PlainPostOrder/10/iterations:3");
-        ratio("sort 1M children, collation / std::sort, collation", "BM_SortChildren_Collation/iterations:2",
-              "BM_Baseline_StdSort_Collation/iterations:2");
-        ratio("sort 1M children, bytes / std::sort, bytes", "BM_SortChildren_Bytes/iterations:3",
-              "BM_Baseline_StdSort_Bytes/iterations:3");
-    }
-private:
-    void ratio(const char *what, const std::string &ours, const std::string &base) {
-        if (times_.count(ours) && times_.count(base) && times_[base] > 0)
-            std::printf("ratio %s: %.2f\n", what, times_[ours] / times_[base]);
-    }
-    std::map<std::string, double> times_;
-};
-
 } // namespace
 
 int main(int argc, char **argv) {
-    benchmark::Initialize(&argc, argv);
-    RatioReporter reporter;
-    benchmark::RunSpecifiedBenchmarks(&reporter);
-    benchmark::Shutdown();
-    return 0;
+    return vtxbench::runWithRatios(
+        argc, argv,
+        {{"renumber 1M  / plain walk", "BM_SetMemno/1/iterations:3", "BM_Baseline_PlainPostOrder/1/iterations:3"},
+         {"renumber 10M / plain walk", "BM_SetMemno/10/iterations:3", "BM_Baseline_PlainPostOrder/10/iterations:3"},
+         {"sort 1M children, collation / std::sort, collation", "BM_SortChildren_Collation/iterations:2",
+          "BM_Baseline_StdSort_Collation/iterations:2"},
+         {"sort 1M children, bytes / std::sort, bytes", "BM_SortChildren_Bytes/iterations:3",
+          "BM_Baseline_StdSort_Bytes/iterations:3"}});
 }
