@@ -7,5 +7,6 @@
 #include "vtxotllife.h"
 #include "vtxotledit.h"
 #include "vtxotlorder.h"
+#include "vtxotlalias.h"
 
 #endif
