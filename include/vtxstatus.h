@@ -337,7 +337,7 @@
 #define VTX_STS_BAD_LOCALE               1060601  /* locale name not understood or character set unknown */
 #define VTX_STS_TEXT_TOO_LONG            1060602  /* text does not fit the output buffer */
 #define VTX_STS_BAD_TEXT                 1060603  /* text not well formed in its character set */
-#define VTX_STS_DUP_CONVERT_UNAVAILABLE  1060610  /* duplicate names cannot be turned on: the alias tables cannot move yet */
+#define VTX_STS_DUP_CONVERT_UNAVAILABLE  1060610  /* duplicate names are turned on through adShrOtlSetOutlineInfo only */
 #define VTX_STS_TOO_DEEP                 1060620  /* a member would stand deeper than generation 127 */
 #define VTX_STS_BAD_PLACEMENT            1060621  /* parent and previous sibling disagree, or a handle of another outline */
 #define VTX_STS_NOT_AVAILABLE            1060622  /* needs a part of the outline this build does not serve yet */

@@ -155,6 +155,10 @@ VTX_NODISCARD VTX_API VTX_STS_T otlQuickSort(VTX_HMEMBER_T *pDataArray, VTX_LONG
 /* ---- alias tables, first part (otlalias) ----------------------------------- */
 VTX_NODISCARD VTX_API VTX_STS_T otlCreateAliasArray(vTX_PNETCTX_T pNetCtx, VTX_POTL_T pOutline);
 VTX_API void otlFreeAliasArray(vTX_PNETCTX_T pNetCtx, VTX_POTL_T pOutline);
+/* Puts the tables "Unique Name" and "Member ID" in front of the outline's
+ * tables, empty; every table keeps its name, aliases, language, policy and
+ * count.  A failure changes nothing. */
+VTX_NODISCARD VTX_API VTX_STS_T otlInsertReservedAliasTables(VTX_POTL_T pOutline);
 /* The index of a table named (without regard to case); 1060322 when none. */
 VTX_NODISCARD VTX_API VTX_STS_T otlGetAliasIndexFromName(VTX_POTL_T pOutline, VTX_CSTR_T name, VTX_USHORT_T *pIndex);
 

@@ -579,4 +579,58 @@ VTX_STS_T adShrOtlFindAliasAll(VTX_HOUTLINE_T hOutline, VTX_CSTR_T pszAlias, VTX
     return f.fail(VTX_STS_NOT_FOUND, pszAlias, VTX_MSGARG_STR);
 }
 
+VTX_STS_T otlInsertReservedAliasTables(VTX_POTL_T o) {
+    if (!o) return VTX_STS_NULL_ARG;
+    const unsigned n = o->usNumAliasTables;
+    if (n + 2 > OTL_MAX_ALIAS_TABLES) return VTX_STS_TOO_MANY_ALIAS_TABLES;
+    vTX_PNETCTX_T ctx = o->pNetCtx;
+    char *unique = nullptr, *memberId = nullptr;
+    VTX_STS_T sts = otlStrdup(ctx, kUniqueNameTable, &unique);
+    if (!sts) sts = otlStrdup(ctx, kMemberIdTable, &memberId);
+    // Every record gets room for two more tables first; records grown
+    // before a failure keep a larger block, which is harmless.
+    if (!sts) sts = growAliasArrays(o, n + 2);
+    if (sts) {
+        (void)otlFreeMem(ctx, unique);  // undoing the preparation
+        (void)otlFreeMem(ctx, memberId);
+        return sts;
+    }
+    // Nothing below can fail: every table moves two places up with all it
+    // holds, and the two reserved tables take the front, empty.
+    forEachRecord(o, [&](VTX_POTLMBR_T m) {
+        if (m->AliasArray) {
+            std::memmove(&m->AliasArray[2], &m->AliasArray[0], sizeof(VTX_OTLALIASARRAYREC_T) * n);
+            m->AliasArray[0].pszDefName = nullptr;
+            m->AliasArray[1].pszDefName = nullptr;
+        }
+        if (!OTL_IS_SMALL(m) && OTL_LARGE(m)->pAliasRec) {
+            VTX_POTLALIASREC_T *r = OTL_LARGE(m)->pAliasRec;
+            std::memmove(&r[2], &r[0], sizeof(VTX_POTLALIASREC_T) * (OTL_MAX_ALIAS_TABLES - 2));
+            r[0] = r[1] = nullptr;
+        }
+    });
+    for (VTX_PDTSMBRITEM_T d : o->aDTSMbrs) {
+        if (!d) continue;
+        std::memmove(&d->pAliasName[2], &d->pAliasName[0], sizeof(VTX_ALIASNAME_T) * (OTL_MAX_ALIAS_TABLES - 2));
+        std::memset(d->pAliasName[0], 0, sizeof(VTX_ALIASNAME_T) * 2);
+    }
+    for (unsigned i = OTL_MAX_ALIAS_TABLES - 1; i >= 2; --i) {
+        o->pAliasArray[i] = o->pAliasArray[i - 2];
+        o->pAliasTableLanguages[i] = o->pAliasTableLanguages[i - 2];
+        o->ucUniqueAliasTable[i] = o->ucUniqueAliasTable[i - 2];
+        o->aliasCounts[i] = o->aliasCounts[i - 2];
+    }
+    if (o->pOtlHashItemsFactory)
+        (void)otlHashRaiseAliasTableNumber(static_cast<VTX_POTLHASHITEMS_FACTORY>(o->pOtlHashItemsFactory),
+                                           o->otlHashItemsFactoryNextFreeIndex, 0, 2);  // in-place renumbering
+    o->pAliasArray[0] = unique;
+    o->pAliasArray[1] = memberId;
+    o->pAliasTableLanguages[0] = o->pAliasTableLanguages[1] = nullptr;
+    o->ucUniqueAliasTable[0] = 0;  // unique among siblings
+    o->ucUniqueAliasTable[1] = 2;  // unique across names and tables
+    o->aliasCounts[0] = o->aliasCounts[1] = 0;
+    o->usNumAliasTables = (VTX_USHORT_T)(n + 2);
+    return 0;
+}
+
 } // extern "C"

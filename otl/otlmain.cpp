@@ -297,11 +297,6 @@ VTX_STS_T adShrOtlSetOutlineInfo(VTX_HOUTLINE_T hOutline, const vtx_outlineinfo_
             if (newType == VTX_OTL_AGGSTORE && p->cOPGVersion <= 72 && p->cOPGVersion != 0)
                 return f.fail(VTX_STS_DUP_OLD_AGG);
             if (p->usOtlNameType == VTX_NAMES_RELAXED) return f.fail(VTX_STS_NAMETYPE_2_TO_1);
-            // Turning an outline with members to duplicate names moves its
-            // alias tables to make room for "Unique Name" and "Member ID";
-            // until the alias tables can move, such a change is refused
-            // rather than half made.
-            return f.fail(VTX_STS_DUP_CONVERT_UNAVAILABLE);
         }
         if (curType == VTX_OTL_REGULAR && newType == VTX_OTL_CURRENCY) {
             // The currency rules check the whole outline; what they can find
@@ -331,7 +326,25 @@ VTX_STS_T adShrOtlSetOutlineInfo(VTX_HOUTLINE_T hOutline, const vtx_outlineinfo_
             }
         }
 
-        // Everything that can refuse has run; make the change.
+        // Everything that can refuse has run; make the change.  Turning to
+        // duplicate names goes first, since it alone can still fail: it
+        // renumbers and makes room for "Unique Name" and "Member ID", and a
+        // failure of either leaves the outline as it was.
+        if (turnDup) {
+            if (newType != VTX_OTL_AGGSTORE) {
+                if (VTX_STS_T sts = otlUpdateMemno(p, p->pHeadItem)) return f.fail(sts, "adShrOtlSetOutlineInfo", VTX_MSGARG_STR);
+            }
+            if (VTX_STS_T sts = otlInsertReservedAliasTables(p)) return f.fail(sts, "adShrOtlSetOutlineInfo", VTX_MSGARG_STR);
+            p->bNonUniqueName = 1;
+            p->usOtlNameType = VTX_NAMES_DUP;
+            forEachDim(p, [](VTX_POTLMBR_T d) { d->ucFlags |= OTL_FLAG_DUP; });
+            if (newType == VTX_OTL_AGGSTORE && p->cOPGVersion < 74) p->cOPGVersion = 74;
+            // The attribute naming rules would be applied again here for
+            // attribute members; an outline without attribute dimensions has
+            // none.  The converted outline is saved and reopened before it
+            // is edited again.
+            p->bEditingProhibited = 1;
+        }
         if (newType == VTX_OTL_AGGSTORE) {
             if (oldAgg) {
                 p->cOPGVersion = kOldAggOPGVersion;
@@ -378,8 +391,9 @@ VTX_STS_T adShrOtlSetOutlineNameType(VTX_HOUTLINE_T hOutline, VTX_USHORT_T usOtl
     if (cur == VTX_NAMES_DUP) return f.fail(usOtlNameType == VTX_NAMES_RELAXED ? VTX_STS_NAMETYPE_1_TO_2 : VTX_STS_NAMETYPE_1_TO_0);
     if (cur == VTX_NAMES_RELAXED) return f.fail(usOtlNameType == VTX_NAMES_DUP ? VTX_STS_NAMETYPE_2_TO_1 : VTX_STS_NAMETYPE_2_TO_0);
     if (usOtlNameType == VTX_NAMES_DUP) {
-        // Duplicate names need the "Unique Name" and "Member ID" tables,
-        // which only the outline info change can set up.
+        // Duplicate names need the "Unique Name" and "Member ID" tables and
+        // a save before the next edit: only the outline info change does
+        // all of that.
         return f.fail(VTX_STS_DUP_CONVERT_UNAVAILABLE);
     }
     p->usOtlNameType = usOtlNameType;

@@ -89,6 +89,18 @@ VTX_API VTX_STS_T otlHashReduceAliasTableNumber(VTX_POTLHASHITEMS_FACTORY pFacto
     return VTX_STS_OK;
 }
 
+VTX_API VTX_STS_T otlHashRaiseAliasTableNumber(VTX_POTLHASHITEMS_FACTORY pFactory, VTX_ULONG_T nextFreeIndex,
+                                               VTX_UCHAR_T startFrom, VTX_UCHAR_T by) {
+    if (nextFreeIndex == 0) return VTX_STS_OK;
+    if (!pFactory) return VTX_STS_NULL_ARG;
+    ItemArray &a = *Items(pFactory);
+    for (VTX_ULONG_T i = 0; i < nextFreeIndex; ++i) {
+        VTX_OTLHASHITEM_T_EXT &item = a[i];
+        if (item.usAliasTable > startFrom) item.usAliasTable = (VTX_UCHAR_T)(item.usAliasTable + by);
+    }
+    return VTX_STS_OK;
+}
+
 VTX_API VTX_STS_T otlHashItemsDupFactoryInit(vTX_PNETCTX_T pNetCtx, VTX_DUPNAME_FACTORY *ppFactory) {
     if (!ppFactory) return VTX_STS_NULL_ARG;
     *ppFactory = nullptr;

@@ -60,6 +60,11 @@ VTX_API VTX_POTLHASHITEM_T_EXT otlHashItemsFactoryGetOtlHashItem(VTX_POTLHASHITE
 VTX_API VTX_STS_T otlHashReduceAliasTableNumber(VTX_POTLHASHITEMS_FACTORY pFactory,
                                                 VTX_ULONG_T nextFreeIndex, VTX_UCHAR_T startFrom);
 
+/* After tables were inserted in front of table startFrom+1: every item below
+ * nextFreeIndex of a later table moves up by `by`. */
+VTX_API VTX_STS_T otlHashRaiseAliasTableNumber(VTX_POTLHASHITEMS_FACTORY pFactory, VTX_ULONG_T nextFreeIndex,
+                                               VTX_UCHAR_T startFrom, VTX_UCHAR_T by);
+
 /* Creates the duplicate-name factory with room for 10000 zeroed records. */
 VTX_NODISCARD VTX_API VTX_STS_T otlHashItemsDupFactoryInit(vTX_PNETCTX_T pNetCtx,
                                                            VTX_DUPNAME_FACTORY *ppFactory);

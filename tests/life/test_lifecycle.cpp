@@ -171,10 +171,8 @@ TEST(OutlineInfo, SetRefusalsLeaveTheOutlineAsItWas) {
         VTX_OTL_T before = *o.p();
         auto i = infoOf(4);
         EXPECT_EQ(adShrOtlSetOutlineInfo(o.h, &i, 0, nullptr), VTX_STS_BAD_OUTLINE_TYPE);
-        i = infoOf(0);
-        i.fNonUniqueName = 1;
-        EXPECT_EQ(adShrOtlSetOutlineInfo(o.h, &i, 0, nullptr), VTX_STS_DUP_CONVERT_UNAVAILABLE)
-            << "turning to duplicates is refused whole until the tables can move";
+        EXPECT_EQ(adShrOtlSetOutlineNameType(o.h, VTX_NAMES_DUP), VTX_STS_DUP_CONVERT_UNAVAILABLE)
+            << "duplicate names come through the outline info only";
         expectUnchanged(&before, o.p());
 
         // 5 is aggregate storage in the old paged format.
@@ -444,4 +442,81 @@ TEST(MemoryRelease, FreeCallsReleaseOwnedTexts) {
     ASSERT_EQ(otlStrdup(t.ctx(), "Max", &specs->pszDefaultMaxMbrName), 0);
     EXPECT_EQ(adShrOtlFreeAttrSpecs(t.ctx(), specs), 0);
     EXPECT_EQ(t.stats().live, 0);
+}
+
+// Turning an outline to duplicate names puts "Unique Name" and "Member ID" in
+// front of its tables; every table keeps its name, aliases and count, and
+// the outline must be saved before the next edit.
+TEST(OutlineInfo, TurningToDuplicateNamesMakesRoomForTheReservedTables) {
+    TestCtx t;
+    auto build = [&](VTX_HOUTLINE_T *ph, VTX_HMEMBER_T *pJan) {
+        auto i = infoOf(0);
+        ASSERT_EQ(adShrOtlNewOutline(t.ctx(), &i, ph, 0), 0);
+        vtx_mbrinfo_t m{};
+        std::strcpy(m.szMember, "Year");
+        VTX_HMEMBER_T year = nullptr;
+        ASSERT_EQ(adShrOtlAddDimension(*ph, &m, nullptr, nullptr, &year, nullptr), 0);
+        std::strcpy(m.szMember, "Jan");
+        ASSERT_EQ(adShrOtlAddMember(*ph, &m, year, nullptr, pJan, 0, nullptr), 0);
+        ASSERT_EQ(adShrOtlCreateAliasTable(*ph, "German", 0), 0);
+        ASSERT_EQ(adShrOtlSetMemberAlias(*ph, *pJan, "Default", "January", 0, nullptr), 0);
+        ASSERT_EQ(adShrOtlSetMemberAlias(*ph, *pJan, "German", "Januar", 0, nullptr), 0);
+        ASSERT_EQ(adShrOtlSetAliasTableLanguage(*ph, "German", "de"), 0);
+    };
+    auto dup = infoOf(0);
+    dup.fNonUniqueName = 1;
+    // Every allocation of the change failed in turn leaves the outline as it was.
+    bool converted = false;
+    for (long n = 1; n < 60 && !converted; ++n) {
+        VTX_HOUTLINE_T h = nullptr;
+        VTX_HMEMBER_T jan = nullptr;
+        build(&h, &jan);
+        VTX_POTL_T p = static_cast<VTX_POTL_T>(h);
+        t.failAt(n);
+        VTX_STS_T sts = adShrOtlSetOutlineInfo(h, &dup, 0, nullptr);
+        t.noFail();
+        if (sts) {
+            EXPECT_EQ(sts, VTX_STS_NO_MEMORY);
+            EXPECT_FALSE(p->bNonUniqueName);
+            ASSERT_EQ(p->usNumAliasTables, 2);
+            EXPECT_STREQ(p->pAliasArray[1], "German");
+            VTX_HMEMBER_T found = nullptr;
+            EXPECT_EQ(adShrOtlFindAlias(h, "Januar", "German", &found), 0);
+            EXPECT_EQ(found, jan);
+            adShrOtlCloseOutline(h);
+            ASSERT_EQ(t.stats().live, 0);
+            continue;
+        }
+        converted = true;
+        ASSERT_EQ(p->usNumAliasTables, 4);
+        EXPECT_STREQ(p->pAliasArray[0], "Unique Name");
+        EXPECT_STREQ(p->pAliasArray[1], "Member ID");
+        EXPECT_STREQ(p->pAliasArray[2], "Default");
+        EXPECT_STREQ(p->pAliasArray[3], "German");
+        EXPECT_STREQ(p->pAliasTableLanguages[3], "de");
+        EXPECT_EQ(p->ucUniqueAliasTable[1], 2);
+        EXPECT_EQ(p->aliasCounts[0], 0u);
+        EXPECT_EQ(p->aliasCounts[3], 1u);
+        auto *m = static_cast<VTX_POTLMBR_T>(jan);
+        EXPECT_STREQ(m->AliasArray[2].pszDefName, "January");
+        EXPECT_STREQ(m->AliasArray[3].pszDefName, "Januar");
+        EXPECT_TRUE(p->bNonUniqueName);
+        EXPECT_EQ(p->usOtlNameType, VTX_NAMES_DUP);
+        EXPECT_TRUE(p->pHeadItem->pChild->ucFlags & OTL_FLAG_DUP);
+        VTX_HMEMBER_T found = nullptr;
+        EXPECT_EQ(adShrOtlFindAlias(h, "Januar", "German", &found), 0);
+        EXPECT_EQ(found, jan);
+        vtx_outlineinfo_t *info = nullptr;
+        ASSERT_EQ(adShrOtlGetOutlineInfo(h, &info), 0);
+        EXPECT_EQ(info->usNumAliasTables, 2);
+        EXPECT_STREQ(info->pAliasTables[0], "Default");
+        adShrOtlFree(t.ctx(), info);
+        vtx_mbrinfo_t mi{};
+        std::strcpy(mi.szMember, "Feb");
+        VTX_HMEMBER_T feb = nullptr;
+        EXPECT_EQ(adShrOtlAddMember(h, &mi, nullptr, jan, &feb, 0, nullptr), VTX_STS_EDIT_PROHIBITED);
+        adShrOtlCloseOutline(h);
+        EXPECT_EQ(t.stats().live, 0);
+    }
+    EXPECT_TRUE(converted);
 }
