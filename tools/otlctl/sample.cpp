@@ -59,6 +59,15 @@ public:
         return sts_ ? nullptr : m;
     }
 
+    // The member's alias in a table.
+    void alias(VTX_HMEMBER_T m, const char *table, const std::string &text) {
+        if (sts_ || !m) return;
+        sts_ = adShrOtlSetMemberAlias(h_, m, table, text.c_str(), 0, nullptr);
+    }
+    void table(const char *name) {
+        if (!sts_) sts_ = adShrOtlCreateAliasTable(h_, name, 0);
+    }
+
 private:
     void fill(const char *name, const MemberSpec &s) {
         std::memset(info_.get(), 0, sizeof *info_);
@@ -79,6 +88,10 @@ private:
 
 const char *const kMonths[12] = {"Jan", "Feb", "Mar", "Apr", "May", "Jun",
                                  "Jul", "Aug", "Sep", "Oct", "Nov", "Dec"};
+// The German names of the months, for the alias table "German".
+const char *const kMonatsnamen[12] = {"Januar", "Februar", "März",     "April",   "Mai",      "Juni",
+                                      "Juli",   "August",  "September", "Oktober", "November", "Dezember"};
+constexpr const char *kGerman = "German";
 
 void buildYear(Builder &b) {
     MemberSpec dim;
@@ -91,7 +104,10 @@ void buildYear(Builder &b) {
         for (int q = 0; q < 4; ++q) {
             std::string qn = "Q" + std::to_string(q + 1) + " " + fy;
             VTX_HMEMBER_T qtr = b.child(yr, qn.c_str());
-            for (int m = 0; m < 3; ++m) b.child(qtr, (std::string(kMonths[q * 3 + m]) + " " + fy).c_str());
+            for (int m = 0; m < 3; ++m) {
+                VTX_HMEMBER_T month = b.child(qtr, (std::string(kMonths[q * 3 + m]) + " " + fy).c_str());
+                b.alias(month, kGerman, std::string(kMonatsnamen[q * 3 + m]) + " GJ" + std::to_string(y));
+            }
         }
     }
 }
@@ -152,23 +168,24 @@ void buildProduct(Builder &b) {
 
 struct Region {
     const char *name;
+    const char *german;          // its alias in the table "German"
     const char *states[12][2];   // name, abbreviation
 };
 
 const Region kRegions[4] = {
-    {"East",
+    {"East", "Osten",
      {{"New York", "NY"}, {"Massachusetts", "MA"}, {"Florida", "FL"}, {"Connecticut", "CT"}, {"New Hampshire", "NH"},
       {"Maine", "ME"}, {"Vermont", "VT"}, {"Rhode Island", "RI"}, {"New Jersey", "NJ"}, {"Pennsylvania", "PA"},
       {"Delaware", "DE"}, {"Maryland", "MD"}}},
-    {"West",
+    {"West", "Westen",
      {{"California", "CA"}, {"Oregon", "OR"}, {"Washington", "WA"}, {"Utah", "UT"}, {"Nevada", "NV"},
       {"Arizona", "AZ"}, {"Idaho", "ID"}, {"Montana", "MT"}, {"Wyoming", "WY"}, {"Colorado", "CO"},
       {"Alaska", "AK"}, {"Hawaii", "HI"}}},
-    {"South",
+    {"South", "Süden",
      {{"Texas", "TX"}, {"Oklahoma", "OK"}, {"Louisiana", "LA"}, {"New Mexico", "NM"}, {"Arkansas", "AR"},
       {"Mississippi", "MS"}, {"Alabama", "AL"}, {"Georgia", "GA"}, {"Tennessee", "TN"}, {"Kentucky", "KY"},
       {"Virginia", "VA"}, {"Carolina", "NC"}}},
-    {"Central",
+    {"Central", "Mitte",
      {{"Illinois", "IL"}, {"Ohio", "OH"}, {"Wisconsin", "WI"}, {"Missouri", "MO"}, {"Iowa", "IA"},
       {"Colorado Springs", "CS"}, {"Michigan", "MI"}, {"Minnesota", "MN"}, {"Indiana", "IN"}, {"Kansas", "KS"},
       {"Nebraska", "NE"}, {"Dakota", "SD"}}},
@@ -181,6 +198,7 @@ void buildMarket(Builder &b) {
     std::vector<std::string> major;
     for (const Region &r : kRegions) {
         VTX_HMEMBER_T region = b.child(market, r.name);
+        b.alias(region, kGerman, r.german);
         for (int s = 0; s < 12; ++s) {
             VTX_HMEMBER_T state = b.child(region, r.states[s][0]);
             for (int c = 1; c <= 5; ++c) b.child(state, (std::string(r.states[s][1]) + "-" + std::to_string(c)).c_str());
@@ -259,6 +277,7 @@ VTX_STS_T otlctlBuildSample(vtx_netctx_t *pNetCtx, VTX_HOUTLINE_T *phOutline) {
     VTX_STS_T sts = adShrOtlNewOutline(pNetCtx, &newInfo, &h, 0);
     if (sts) return sts;
     Builder b(pNetCtx, h);
+    b.table(kGerman);
     buildYear(b);
     buildMeasures(b);
     buildProduct(b);
@@ -272,10 +291,16 @@ VTX_STS_T otlctlBuildSample(vtx_netctx_t *pNetCtx, VTX_HOUTLINE_T *phOutline) {
     return 0;
 }
 
-VTX_STS_T otlctlPrintTree(VTX_HOUTLINE_T hOutline, vtx_netctx_t *pNetCtx, std::FILE *out) {
+VTX_STS_T otlctlPrintTree(VTX_HOUTLINE_T hOutline, vtx_netctx_t *pNetCtx, std::FILE *out, const char *aliasTable) {
     VTX_HMEMBER_T dim = nullptr;
     VTX_STS_T sts = adShrOtlGetFirstMember(hOutline, &dim);
-    auto print = [&](VTX_HMEMBER_T, const vtx_mbrinfo_t &m) {
+    if (!sts && aliasTable) {
+        // An unknown table is refused before anything is printed.
+        VTX_STR_T a = nullptr;
+        if (dim) sts = adShrOtlGetMemberAlias(hOutline, dim, aliasTable, &a);
+        (void)adShrOtlFree(pNetCtx, a);  // a probe
+    }
+    auto print = [&](VTX_HMEMBER_T h, const vtx_mbrinfo_t &m) {
         std::string marks = "gen " + std::to_string(m.usGen) + ", level " + std::to_string(m.usLevel);
         if (m.usGen == 1) {
             marks += m.usStorage == 1 ? ", sparse" : ", dense";
@@ -287,7 +312,14 @@ VTX_STS_T otlctlPrintTree(VTX_HOUTLINE_T hOutline, vtx_netctx_t *pNetCtx, std::F
         if (m.fExpense) marks += ", expense";
         if (m.fTwoPass) marks += ", two-pass";
         const char cons = m.usConsolidation < 7 ? kConsolidation[m.usConsolidation] : '?';
-        std::fprintf(out, "%*s%c %s  [%s]\n", (int)(2 * (m.usGen - 1)), "", cons, m.szMember, marks.c_str());
+        std::string alias;
+        if (aliasTable) {
+            VTX_STR_T a = nullptr;
+            if (adShrOtlGetMemberAlias(hOutline, h, aliasTable, &a) == 0 && a) alias = std::string(" (") + a + ")";
+            (void)adShrOtlFree(pNetCtx, a);  // a read copy
+        }
+        std::fprintf(out, "%*s%c %s%s  [%s]\n", (int)(2 * (m.usGen - 1)), "", cons, m.szMember, alias.c_str(),
+                     marks.c_str());
     };
     while (!sts && dim) {
         sts = walk(hOutline, pNetCtx, dim, print);
@@ -359,12 +391,15 @@ void withSample(F &&body) {
 void registerSampleCommands(CLI::App &app) {
     auto *cmdSample = app.add_subcommand("sample", "Build the built-in sample outline and print it as a tree");
     static bool numbers = false;
+    static std::string aliasTable;
+    cmdSample->add_option("--alias", aliasTable, "Show each member's alias in this alias table (e.g. German)");
     cmdSample->add_flag("--numbers", numbers,
                         "Renumber the outline and print every member's generation, level, member number, actual "
                         "member number and dimension number; shared members name their stored member");
     cmdSample->callback([]() {
         withSample([](VTX_HOUTLINE_T h, vtx_netctx_t *ctx) {
-            return numbers ? otlctlPrintNumbers(h, stdout) : otlctlPrintTree(h, ctx, stdout);
+            return numbers ? otlctlPrintNumbers(h, stdout)
+                           : otlctlPrintTree(h, ctx, stdout, aliasTable.empty() ? nullptr : aliasTable.c_str());
         });
     });
     auto *cmdStats = app.add_subcommand("stats", "Count the members of each dimension of the sample outline");

@@ -10,16 +10,19 @@ namespace CLI {
 class App;
 }
 
-// Builds the sample outline in a new outline handle: a time dimension of
-// years, quarters and months; accounts with label-only parents, time balance,
+// Builds the sample outline in a new outline handle, with a second alias
+// table "German" (months and regions): a time dimension of years, quarters
+// and months; accounts with label-only parents, time balance,
 // expense and two-pass dynamic members that will carry formulas; products and
 // markets of a few hundred members each with shared members; a scenario
 // dimension.  On failure nothing is left open and the status is returned.
 VTX_STS_T otlctlBuildSample(vtx_netctx_t *pNetCtx, VTX_HOUTLINE_T *phOutline);
 
 // Prints the outline as an indented tree: consolidation, name, generation,
-// level, storage of dimensions and the share marks.
-VTX_STS_T otlctlPrintTree(VTX_HOUTLINE_T hOutline, vtx_netctx_t *pNetCtx, std::FILE *out);
+// level, storage of dimensions and the share marks; with aliasTable, each
+// member's alias in that table after its name.
+VTX_STS_T otlctlPrintTree(VTX_HOUTLINE_T hOutline, vtx_netctx_t *pNetCtx, std::FILE *out,
+                          const char *aliasTable = nullptr);
 
 // Renumbers the outline (the numbering a verification runs) and prints each
 // member with generation, level, member number, actual member number and
