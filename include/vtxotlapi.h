@@ -6,6 +6,7 @@
 
 #include "vtxotllife.h"
 #include "vtxotledit.h"
+#include "vtxotlfind.h"
 #include "vtxotlorder.h"
 #include "vtxotlalias.h"
 

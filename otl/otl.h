@@ -130,6 +130,12 @@ VTX_API void otlUpdateMemnorsFromDim(VTX_POTL_T pOutline, VTX_POTLMBR_T pDim);
  * and 2 also point OriginalMbr at it in an outline with duplicate names. */
 VTX_NODISCARD VTX_API VTX_STS_T otlSetShareMbrMemno(VTX_POTL_T pOutline, VTX_POTLMBR_T pHead,
                                                     VTX_USHORT_T usOption);
+/* Hangs a whole sibling chain (pChild and the records after it) in front
+ * of pParent's children, as the reader rebuilds a tree: each record takes
+ * the parent and its levels are carried up, generations are set from the
+ * parent down.  ulSiblingCount rises by one only: the reader sets the counts
+ * itself. */
+VTX_API void otlAddChildBlock(VTX_POTLMBR_T pParent, VTX_POTLMBR_T pChild);
 /* Recomputes every level bottom-up. */
 VTX_API void otlUpdateMemberLevels(VTX_POTL_T pOutline);
 VTX_API VTX_USHORT_T otlGetMaxGen(VTX_POTLMBR_T pDim);

@@ -1,589 +1,1461 @@
-// Name lookups of an outline and the duplicate-name tests the edits make.
+// The member index: every string of an outline in one extended hash, the
+// count of repeated texts in a second one, and the finds, sibling tests and
+// dimension tests that editing and the exported finds are built on.
 //
-// Every answer here is the true one, found by walking the tree: a member is
-// known by its name (table 0) and by its alias in each alias table (table n
-// is AliasArray[n-1]); hidden members have no names.  The member index keeps
-// the same answers in a hash, and takes these functions over; the calls that
-// keep an index in step (add, delete) have nothing to store while the tree
-// itself is the index.
+// An entry of the main hash is (text, item index); the item names the
+// member by (dimension id, mbrId) and the alias table of the text, and
+// ppMemNum2pItemMap leads back to the record.  Lookups fold and probe once,
+// then walk the chain of owners of that text and filter by item.  A lookup
+// hands its position on to the insert that follows it, so that a name is
+// probed once per add.
 #include "otl.h"
+#include "otlhash.h"
+#include "vtxotlfind.h"
 
+#include "hashCWrapper.h"
+#include "mbrId2pItemMapWrapper.h"
+#include "otlHashItemsFactoryWrapper.h"
+
+#include <cassert>
 #include <cstring>
-
-// Every definition here is weak: the member index defines the same calls
-// over its hash and so replaces these walks.
-#define OTL_WALK __attribute__((weak))
-
-extern "C" {
-OTL_WALK VTX_BOOL_T bBloomFilterActive = 0;
-}
 
 namespace {
 
-inline VTX_POTLMBRLARGE_T L(VTX_POTLMBR_T p) { return OTL_LARGE(p); }
+// ---- small helpers --------------------------------------------------------------
+
 inline bool isLarge(VTX_POTLMBR_T p) { return p && !OTL_IS_SMALL(p); }
+inline VTX_POTLMBRLARGE_T L(VTX_POTLMBR_T p) { return OTL_LARGE(p); }
 inline bool isAttrMember(VTX_POTLMBR_T p) { return isLarge(p) && L(p)->MbrInfo.usCategory == VTX_CAT_ATTRIBUTE; }
+inline bool isShared(VTX_POTLMBR_T p) { return otlMbrIsSharedShare(p); }
+inline vTX_PNETCTX_T ctxOf(vTX_PNETCTX_T pNetCtx, VTX_POTL_T o) { return pNetCtx ? pNetCtx : o->pNetCtx; }
 
-bool same(VTX_POTL_T o, const char *a, const char *b) { return a && b && otlCompareNames(o, a, b) == 0; }
+// An iterator in the caller's frame, placed on one chain.
+struct ChainIt {
+    VTX_EXTENDED_HASH_IT_BUF_T buf;
+    void *it() { return &buf; }
+};
 
-// The text of a member under a table: 0 its name, n its alias in table n.
-const char *keyOf(VTX_POTL_T o, VTX_POTLMBR_T p, VTX_USHORT_T t) {
-    if (t == 0) return p->MbrInfo.szMember;
-    if (!p->AliasArray || t > o->usNumAliasTables) return nullptr;
-    return p->AliasArray[t - 1].pszDefName;
+inline bool sameText(vTX_PNETCTX_T ctx, const char *a, const char *b, bool caseSensitive) {
+    return (caseSensitive ? otlStrcmp(ctx, a, b) : otlStricmp(ctx, a, b)) == 0;
 }
 
-// Visits the visible members of the outline (or of one dimension) in
-// pre-order until f answers true.
-template <class F>
-VTX_POTLMBR_T findMember(VTX_POTL_T o, VTX_POTLMBR_T pDim, F &&f) {
-    VTX_POTLMBR_T top = pDim ? pDim : o->pHeadItem;
-    if (!top) return nullptr;
-    for (VTX_POTLMBR_T p = pDim ? pDim : otlNavtrdn(top, top); p; p = otlNavtrdn(p, top)) {
-        if (OTL_IS_HIDDEN(p) || p->MbrInfo.usGen == 0) continue;
-        if (f(p)) return p;
-    }
-    return nullptr;
+// The dimension id under which a record's entries are filed.
+inline VTX_ULONG_T dimIdOf(VTX_POTL_T o, VTX_POTLMBR_T p) {
+    return (p->ulDimno >= 1 && o->dimIds) ? o->dimIds[p->ulDimno - 1] : 0;
 }
 
-bool acceptShare(VTX_POTLMBR_T m, VTX_USHORT_T usOption) {
-    const VTX_USHORT_T s = otlGetShare(m);
-    if (!OTL_IS_SHARE(s)) return (usOption & OTL_OPT_UNSHARED) != 0;
-    if (s == VTX_SHARE_SHARED) return (usOption & OTL_OPT_SHARED3) != 0;
+inline VTX_POTLHASHITEM_T_EXT itemAt(VTX_POTL_T o, VTX_ULONG_T idx) {
+    return otlHashItemsFactoryGetOtlHashItem(o->pOtlHashItemsFactory, idx);
+}
+
+inline VTX_POTLMBR_T ownerOf(VTX_POTL_T o, VTX_POTLHASHITEM_T_EXT item) {
+    return memNum2pItemMapGetPItem(o, static_cast<VTX_ULONG_T>(item->mbrId), item->dimId);
+}
+
+// Looks the key up: num is NODE_INDEX_NA when it is absent.
+inline VTX_STS_T lookup(VTX_PEXTENDED_HASH_T h, const char *key, HASH_NUM_T &num, HASH_POS_T &pos) {
+    num = NODE_INDEX_DEL;
+    pos = NODE_INDEX_DEL;
+    return extendedHashGetPos(h, key, &num, &pos);
+}
+
+// Places the iterator on the chain found by lookup; false for an absent key.
+inline bool place(VTX_PEXTENDED_HASH_T h, ChainIt &it, HASH_NUM_T num, HASH_POS_T pos) {
+    return num != NODE_INDEX_NA && num != NODE_INDEX_DEL && extendedHashInitIterator(h, it.it(), num, pos) == 0;
+}
+
+// Looks the key up and places the iterator; false for an absent key or a
+// failed lookup (both read as "no owner").
+bool placeOn(VTX_PEXTENDED_HASH_T h, const char *key, ChainIt &it) {
+    if (!h || !key) return false;
+    HASH_NUM_T num;
+    HASH_POS_T pos;
+    if (lookup(h, key, num, pos)) return false;
+    return place(h, it, num, pos);
+}
+
+// Whether a member-name match with these option bits takes a member.
+inline bool optionTakes(VTX_USHORT_T usOption, VTX_USHORT_T share) {
+    if (!OTL_IS_SHARE(share)) return (usOption & OTL_OPT_UNSHARED) != 0;
+    if (share == VTX_SHARE_SHARED) return (usOption & OTL_OPT_SHARED3) != 0;
     return (usOption & OTL_OPT_SHARED9) != 0;
 }
 
-struct Query {
-    const char *text;
-    const char *parent;
-    bool fMember;
-    bool fAlias;
-    VTX_USHORT_T usOption;
-    VTX_USHORT_T table;
-    VTX_POTLMBR_T requiredDim;
-};
-
-// Whether member m answers the query through its key of table t: the rules
-// by which an index entry is accepted.
-bool accepts(VTX_POTL_T o, const Query &q, VTX_POTLMBR_T m, VTX_USHORT_T t) {
-    const char *key = keyOf(o, m, t);
-    if (!key || !same(o, key, q.text)) return false;
-    const bool anyAlias = q.fAlias && q.table == 0;
-    const bool asName = q.fMember && t == 0;
-    bool ok;
-    if (q.parent) {
-        if (!asName) {
-            if (!q.fAlias) return false;
-            if (!(anyAlias ? t != 0 : t == q.table)) return false;
-        }
-        VTX_POTLMBR_T par = m->pParent;
-        ok = par && par->MbrInfo.usGen != 0 && same(o, par->MbrInfo.szMember, q.parent);
-    } else if (isAttrMember(m)) {
-        if (!asName) {
-            if (anyAlias) ok = t != 0;
-            else if (!q.fAlias) ok = false;
-            else ok = t != 0 && t == q.table;
-        } else {
-            ok = true;
-        }
-    } else if (!asName) {
-        if (anyAlias && t != 0) ok = true;
-        else if (!q.fAlias && !anyAlias) ok = false;
-        else ok = t == q.table;
-    } else {
-        ok = acceptShare(m, q.usOption);
-    }
-    if (ok && q.requiredDim) ok = otlGetDim(m) == q.requiredDim;
-    return ok;
+// The short name of a typed attribute member is a key of its own.
+bool hasHashedShortName(VTX_POTL_T o, VTX_POTLMBR_T info) {
+    if (!o->AttrSpecs.usUseNameOf || !isAttrMember(info) || info->MbrInfo.usGen == 1) return false;
+    const VTX_USHORT_T type = L(info)->MbrInfo.Attribute.usDataType;
+    return type != VTX_ATTR_NONE && type != VTX_ATTR_STRING && L(info)->Map.AttrMbr.pszShortName;
 }
 
-bool acceptsAnyKey(VTX_POTL_T o, const Query &q, VTX_POTLMBR_T m) {
-    if (accepts(o, q, m, 0)) return true;
-    for (VTX_USHORT_T t = 1; t <= o->usNumAliasTables; ++t)
-        if (accepts(o, q, m, t)) return true;
-    return false;
-}
-
-// ---- member paths: [a].[b].[c] and [dim]@[name] ---------------------------------------
-
-constexpr unsigned kMaxSegments = VTX_MAX_PATH_DEPTH;
-
-struct Path {
-    char seg[kMaxSegments][VTX_MBRNAME_LEN];
-    unsigned n;
-    unsigned at;
-};
-
-// Cuts a text into its bracketed segments.  A text that is no path is one
-// segment, with doubled closing brackets read as one.
-VTX_STS_T parsePath(const char *s, Path &p) {
-    p.n = p.at = 0;
-    size_t len = std::strlen(s);
-    size_t run = 0;
-    while (run < len && s[len - 1 - run] == ']') ++run;
-    if (s[0] != '[' || (run && run % 2 == 0)) {
-        size_t o = 0;
-        for (size_t i = 0; i < len && o + 1 < VTX_MBRNAME_LEN; ++i) {
-            p.seg[0][o++] = s[i];
-            if (s[i] == ']' && s[i + 1] == ']') ++i;
-        }
-        p.seg[0][o] = 0;
-        p.n = 1;
-        return 0;
-    }
-    size_t i = 0;
-    while (i < len && p.n < kMaxSegments) {
-        if (s[i] != '[') return VTX_STS_PATH_NO_OPEN;
-        ++i;
-        size_t o = 0;
-        for (;;) {
-            if (i >= len) return VTX_STS_PATH_UNCLOSED;
-            if (s[i] == ']') {
-                if (s[i + 1] == ']') {
-                    if (o + 1 < VTX_MBRNAME_LEN) p.seg[p.n][o++] = ']';
-                    i += 2;
-                    continue;
-                }
-                break;
-            }
-            if (o + 1 < VTX_MBRNAME_LEN) p.seg[p.n][o++] = s[i];
-            ++i;
-        }
-        p.seg[p.n][o] = 0;
-        ++p.n;
-        ++i;   // past "]"
-        if (i >= len) break;
-        if (s[i] == '.') {
-            ++i;
-        } else if (s[i] == '@') {
-            ++p.at;
-            ++i;
-        } else {
-            return VTX_STS_PATH_TRAILING;
+// Walks a chain to the entry of item index idx and takes it out.
+void removeEntry(VTX_POTL_T o, const char *key, VTX_ULONG_T idx) {
+    ChainIt it;
+    if (!placeOn(o->pExtendedHashTable, key, it)) return;
+    for (; !extendedHashItEnd(it.it()); (void)extendedHashItIncrement(it.it())) {
+        if (extendedHashItGetHashItemIndex(it.it()) == idx) {
+            (void)extendedHashItSetDeleted(it.it());  // the iterator was placed by a lookup: it may delete
+            return;
         }
     }
-    return 0;
 }
 
-// The unshared members named text (in a dimension when given): the first,
-// and how many there are.
-VTX_POTLMBR_T ownersOf(VTX_POTL_T o, const char *text, VTX_POTLMBR_T pDim, unsigned *pCount) {
-    VTX_POTLMBR_T first = nullptr;
-    unsigned n = 0;
-    findMember(o, pDim, [&](VTX_POTLMBR_T m) {
-        if (!otlMbrIsSharedShare(m) && same(o, m->MbrInfo.szMember, text)) {
-            if (!first) first = m;
-            ++n;
-        }
-        return false;
-    });
-    if (pCount) *pCount = n;
-    return first;
+// The number of strings the index is sized for: the context's estimate, or
+// 5,000,000 without one; a paged outline that knows it holds more names
+// than estimated is sized for them.
+VTX_ULONG_T expectedStrings(vTX_PNETCTX_T ctx, VTX_POTL_T o) {
+    const VTX_ULONG_T estimate = ctx ? ctx->estimatedHashSize : 0;
+    if (o->usOutlineType == VTX_OTL_AGGSTORE && o->cOPGVersion >= 80 && o->totalMemberNamespaceSize > estimate)
+        return o->totalMemberNamespaceSize + 100000;
+    return estimate ? estimate : OTL_HASH_DEFAULT_STRINGS;
 }
 
-VTX_POTLMBR_T childNamed(VTX_POTL_T o, VTX_POTLMBR_T parent, const char *text, VTX_USHORT_T table) {
-    for (VTX_POTLMBR_T c = parent->pChild; c; c = c->pSibling)
-        if (!OTL_IS_HIDDEN(c) && same(o, keyOf(o, c, table), text)) return c;
-    return nullptr;
+// The hash and the factory of the count of repeated texts.  A failure
+// leaves what was made for otlHashFree.
+VTX_STS_T makeDupNameStore(vTX_PNETCTX_T ctx, VTX_POTL_T o) {
+    VTX_STS_T sts = 0;
+    if (!o->pExtendedHashTableDupName)
+        sts = extendedHashInitWithSize(&o->pExtendedHashTableDupName, ctx, o->pLocale, expectedStrings(ctx, o) / 25, 0);
+    if (!sts && !o->otlDupNameFactory) {
+        sts = otlHashItemsDupFactoryInit(ctx, &o->otlDupNameFactory);
+        o->otlDupNameFactoryNextFreeIndex = 0;
+    }
+    return sts;
 }
 
-// A lookup by path, or by a plain name that must name one member.
-VTX_STS_T findByCombinedName(VTX_POTL_T o, const char *text, bool fMember, bool fAlias, bool fReturnFirst,
-                             VTX_USHORT_T table, VTX_POTLMBR_T pRequiredDim, VTX_POTLMBR_T *ppItem) {
+// ---- duplicate-name records ----------------------------------------------------
+
+// The record the iterator rests on after a match, or null.
+inline VTX_POTLDUPNAME_T dupAt(VTX_POTL_T o, void *it) {
+    VTX_ULONG_T idx = extendedHashItGetHashItemIndex(it);
+    if (idx == NODE_INDEX_NA) return nullptr;
+    return otlHashItemsDupFactoryGetOtlDupName(o->otlDupNameFactory, idx);
+}
+
+VTX_POTLDUPNAME_T matchDup(vTX_PNETCTX_T ctx, VTX_POTL_T o, void *it, const char *psz, bool fMember, bool fAlias,
+                           VTX_USHORT_T usAliasTable, bool fAny) {
+    VTX_SHORT_T cmp = 1;
+    otlMatchHashDupNameString(ctx, o, it, psz, o->fCaseSensitive, fMember, fAlias, usAliasTable, fAny, &cmp);
+    return cmp == 0 ? dupAt(o, it) : nullptr;
+}
+
+// ---- paths ---------------------------------------------------------------------
+
+VTX_STS_T findSimpleName(vTX_PNETCTX_T ctx, VTX_POTL_T o, const char *name, bool fFirst,
+                         VTX_POTLMBR_T pRequiredDim, VTX_POTLMBR_T *ppItem);
+VTX_STS_T findCombined(vTX_PNETCTX_T ctx, VTX_POTL_T o, const char *psz, bool fMember, bool fAlias, bool fFirst,
+                       VTX_USHORT_T usAliasTable, VTX_POTLMBR_T pRequiredDim, VTX_POTLMBR_T *ppItem,
+                       otl::NameScratch &scratch);
+
+bool isPathFormatError(VTX_STS_T sts) {
+    return sts == VTX_STS_PATH_UNCLOSED || sts == VTX_STS_PATH_NO_OPEN || sts == VTX_STS_PATH_TRAILING ||
+           sts == VTX_STS_TEXT_TOO_LONG;
+}
+
+// The lookup behind otlHashFindItemByNameEx, without its reporting.
+// literal: the text is a name even where it would read as a path.
+VTX_STS_T findByName(vTX_PNETCTX_T ctx, VTX_POTL_T o, const char *psz, const char *pszParent, bool fMember,
+                     bool fAlias, bool fFirst, VTX_USHORT_T usOption, VTX_USHORT_T usAliasTable,
+                     VTX_POTLMBR_T pRequiredDim, VTX_POTLMBR_T *ppItem, HASH_NUM_T &num, HASH_POS_T &pos,
+                     bool literal) {
     *ppItem = nullptr;
-    if (!text || !*text) return 0;
-    vTX_PNETCTX_T ctx = o->pNetCtx;
-    // 127 segments of a full name each: too large for the stack.
-    Path *pPath = nullptr;
-    if (VTX_STS_T sts = otlAlloc(ctx, sizeof(Path), &pPath)) return sts;
-    struct Release {
-        vTX_PNETCTX_T ctx;
-        Path *p;
-        ~Release() { (void)otlFreeMem(ctx, p); }  // scratch block of the lookup
-    } release{ctx, pPath};
-    Path &path = *pPath;
-    if (VTX_STS_T sts = parsePath(text, path)) return sts;
-    if (fMember && path.n < 2) {
-        const char *name = path.seg[0];
-        VTX_ULONG_T dup = 0;
-        if (!pRequiredDim && otlIsNameDuplicated(ctx, o, name, 0, &dup)) return VTX_STS_NOT_FOUND;
-        unsigned n = 0;
-        VTX_POTLMBR_T first = ownersOf(o, name, pRequiredDim, &n);
-        if (n > 1 && !fReturnFirst) return VTX_STS_NOT_FOUND;
-        *ppItem = first;
+    num = NODE_INDEX_DEL;
+    pos = NODE_INDEX_DEL;
+    if (!psz || !o->pExtendedHashTable) return 0;
+    const bool direct = !o->bNonUniqueName || (fAlias && usAliasTable == 2);
+    if (direct) {
+        VTX_STS_T sts = lookup(o->pExtendedHashTable, psz, num, pos);
+        if (sts) return sts;
+        ChainIt it;
+        if (!place(o->pExtendedHashTable, it, num, pos)) {
+            // An unknown text that reads as a path names a member by its
+            // ancestors; one that only looks like it is simply unknown.
+            if (o->bNonUniqueName || literal || !otl::otlLooksLikePath(psz)) return 0;
+            otl::NameScratch scratch(ctx);
+            sts = findCombined(ctx, o, psz, fMember, fAlias, fFirst, usAliasTable, pRequiredDim, ppItem, scratch);
+            return isPathFormatError(sts) ? 0 : sts;
+        }
+        VTX_SHORT_T cmp = 1;
+        *ppItem = otlMatchHashString(ctx, o, it.it(), psz, pszParent, o->fCaseSensitive, fMember, fAlias, usOption,
+                                     usAliasTable, pRequiredDim, &cmp);
         return 0;
     }
+    // An outline of duplicate names: parent and name make one path.  The
+    // buffers serve the whole chain of lookups below.
+    otl::NameScratch built(ctx), parsed(ctx);
+    VTX_STS_T sts = otl::otlBuildPath(pszParent, false, psz, literal, built);
+    if (sts == VTX_STS_PATH_NOT_COMBINED) {
+        // The name is a path of its own: found alone, then checked against
+        // the parent.
+        sts = findCombined(ctx, o, psz, fMember, fAlias, fFirst, usAliasTable, pRequiredDim, ppItem, parsed);
+        if (!sts && *ppItem && pszParent && *pszParent) {
+            VTX_POTLMBR_T parent = nullptr;
+            VTX_STS_T psts = findCombined(ctx, o, pszParent, fMember, fAlias, fFirst, usAliasTable, nullptr, &parent,
+                                          parsed);
+            if (psts || !parent || (*ppItem)->pParent != parent) *ppItem = nullptr;
+        }
+        return sts;
+    }
+    if (sts) return sts;
+    return findCombined(ctx, o, built.data(), fMember, fAlias, fFirst, usAliasTable, pRequiredDim, ppItem, parsed);
+}
+
+// A plain name among member names: the one unshared member bearing it, in
+// pRequiredDim when given.
+VTX_STS_T findSimpleName(vTX_PNETCTX_T ctx, VTX_POTL_T o, const char *name, bool fFirst,
+                         VTX_POTLMBR_T pRequiredDim, VTX_POTLMBR_T *ppItem) {
+    *ppItem = nullptr;
+    if (!pRequiredDim && otlIsNameDuplicated(ctx, o, name, 0, nullptr)) return VTX_STS_NOT_FOUND;
+    ChainIt it;
+    if (!placeOn(o->pExtendedHashTable, name, it)) return 0;
+    VTX_POTLMBR_T first = nullptr;
+    for (;;) {
+        VTX_POTLMBR_T m = nullptr;
+        (void)otlHashFindItemByMbrName(ctx, o, name, pRequiredDim, OTL_OPT_UNSHARED, &m, it.it());
+        if (!m) break;
+        if (!first) {
+            first = m;
+            if (fFirst) break;
+        } else if (m != first) {
+            return VTX_STS_NOT_FOUND;
+        }
+        (void)extendedHashItIncrement(it.it());
+    }
+    *ppItem = first;
+    return 0;
+}
+
+// The child of pParent with an alias of that table equal to the text.
+VTX_POTLMBR_T childByAlias(vTX_PNETCTX_T ctx, VTX_POTL_T o, VTX_POTLMBR_T pParent, const char *text,
+                           VTX_USHORT_T usAliasTable) {
+    ChainIt it;
+    if (!placeOn(o->pExtendedHashTable, text, it)) return nullptr;
+    for (;;) {
+        VTX_POTLMBR_T m = nullptr;
+        (void)otlHashFindItemByAlias(ctx, o, text, nullptr, usAliasTable, it.it(), &m);
+        if (!m) return nullptr;
+        if (m->pParent == pParent) return m;
+        (void)extendedHashItIncrement(it.it());
+    }
+}
+
+VTX_STS_T findCombined(vTX_PNETCTX_T ctx, VTX_POTL_T o, const char *psz, bool fMember, bool fAlias, bool fFirst,
+                       VTX_USHORT_T usAliasTable, VTX_POTLMBR_T pRequiredDim, VTX_POTLMBR_T *ppItem,
+                       otl::NameScratch &scratch) {
+    *ppItem = nullptr;
+    if (!psz || !*psz || !o->pExtendedHashTable) return 0;
+    otl::PathSegments segs;
+    VTX_STS_T sts = otl::otlParsePath(psz, VTX_MAX_PATH_DEPTH, scratch, segs);
+    if (sts) return sts;
+    const VTX_USHORT_T n = segs.count;
     if (fMember) {
+        if (n < 2) return findSimpleName(ctx, o, n ? segs.seg[0] : psz, fFirst, pRequiredDim, ppItem);
+        ChainIt it;
+        if (!placeOn(o->pExtendedHashTable, segs.seg[0], it)) return 0;
         VTX_POTLMBR_T result = nullptr;
         unsigned matches = 0;
-        VTX_STS_T sts = 0;
-        findMember(o, nullptr, [&](VTX_POTLMBR_T m) {
-            if (otlMbrIsSharedShare(m) || !same(o, m->MbrInfo.szMember, path.seg[0])) return false;
-            if (path.at) {
-                if (path.n != 2 || m->MbrInfo.usGen != 1) return false;
-                VTX_POTLMBR_T a = nullptr;
-                if (!otlIsNameExistInDimension(ctx, o, m, path.seg[1], 0, &a) || !a) return false;
-                VTX_POTLMBR_T b = a;
-                if (otlIsNameExistInDimension(ctx, o, m, path.seg[1], 0, &b) && b) {
-                    sts = VTX_STS_NOT_FOUND;
-                    return true;
-                }
-                result = a;
-                ++matches;
-                return false;
+        for (;; (void)extendedHashItIncrement(it.it())) {
+            VTX_POTLMBR_T m = nullptr;
+            (void)otlHashFindItemByMbrName(ctx, o, segs.seg[0], nullptr, OTL_OPT_UNSHARED, &m, it.it());
+            if (!m) break;
+            if (segs.atCount) {
+                // "[dimension]@[name]": a name anywhere in that dimension.
+                if (n != 2 || m->MbrInfo.usGen != 1) continue;
+                VTX_POTLMBR_T first = nullptr;
+                if (!otlIsNameExistInDimension(ctx, o, m, segs.seg[1], 0, &first)) return 0;
+                VTX_POTLMBR_T second = first;
+                if (otlIsNameExistInDimension(ctx, o, m, segs.seg[1], 0, &second)) return VTX_STS_NOT_FOUND;
+                *ppItem = first;
+                return 0;
             }
             VTX_POTLMBR_T cur = m;
-            for (unsigned i = 1; i < path.n && cur; ++i) cur = childNamed(o, cur, path.seg[i], 0);
-            if (cur) {
+            for (VTX_USHORT_T i = 1; cur && i < n; ++i) {
+                VTX_POTLMBR_T child = nullptr;
+                if (!otlHashIsNameDupAmongSiblings(ctx, o, cur, segs.seg[i], 0, &child, nullptr, nullptr)) child = nullptr;
+                cur = child;
+            }
+            if (!cur || (pRequiredDim && otlGetDim(cur) != pRequiredDim)) continue;
+            if (cur != result) {
                 result = cur;
                 ++matches;
             }
-            return false;
-        });
-        if (sts) return sts;
+        }
         if (matches > 1) return VTX_STS_NOT_FOUND;
-        if (result && pRequiredDim && otlGetDim(result) != pRequiredDim) result = nullptr;
         *ppItem = result;
         return 0;
     }
-    if (fAlias && table) {
-        if (path.n == 1) {
-            VTX_ULONG_T dup = 0;
-            if (otlIsNameDuplicated(ctx, o, path.seg[0], table, &dup)) return VTX_STS_NOT_FOUND;
-            *ppItem = findMember(o, pRequiredDim, [&](VTX_POTLMBR_T m) { return same(o, keyOf(o, m, table), path.seg[0]); });
-            return 0;
+    if (fAlias && usAliasTable) {
+        if (n < 2) {
+            const char *text = n ? segs.seg[0] : psz;
+            if (otlIsNameDuplicated(ctx, o, text, usAliasTable, nullptr)) return VTX_STS_NOT_FOUND;
+            ChainIt it;
+            if (!placeOn(o->pExtendedHashTable, text, it)) return 0;
+            return otlHashFindItemByAlias(ctx, o, text, pRequiredDim, usAliasTable, it.it(), ppItem);
         }
+        ChainIt it;
+        if (!placeOn(o->pExtendedHashTable, segs.seg[0], it)) return 0;
         VTX_POTLMBR_T result = nullptr;
         unsigned matches = 0;
-        findMember(o, nullptr, [&](VTX_POTLMBR_T m) {
-            if (!same(o, keyOf(o, m, table), path.seg[0])) return false;
+        for (;; (void)extendedHashItIncrement(it.it())) {
+            VTX_POTLMBR_T m = nullptr;
+            (void)otlHashFindItemByAlias(ctx, o, segs.seg[0], nullptr, usAliasTable, it.it(), &m);
+            if (!m) break;
             VTX_POTLMBR_T cur = m;
-            for (unsigned i = 1; i < path.n && cur; ++i) cur = childNamed(o, cur, path.seg[i], table);
-            if (cur) {
+            for (VTX_USHORT_T i = 1; cur && i < n; ++i) cur = childByAlias(ctx, o, cur, segs.seg[i], usAliasTable);
+            if (!cur || (pRequiredDim && otlGetDim(cur) != pRequiredDim)) continue;
+            if (cur != result) {
                 result = cur;
                 ++matches;
             }
-            return false;
-        });
+        }
         if (matches > 1) return VTX_STS_NOT_FOUND;
         *ppItem = result;
         return 0;
     }
     return 0;
+}
+
+// The stored member of a shared one, by the pointer it keeps or the index.
+VTX_POTLMBR_T originalOf(vTX_PNETCTX_T ctx, VTX_POTL_T o, VTX_POTLMBR_T p) {
+    if (!isShared(p)) return p;
+    VTX_POTLMBR_T orig = nullptr;
+    (void)otlHashFindOriginalItem(ctx, o, otlGetDim(p), p, &orig);  // none found: no original to compare
+    return orig;
+}
+
+// Takes pItem's entry for a text of a table out of the main hash and, when
+// it was a counted duplicate, out of the count.  fShared tells whether the
+// text was counted as a shared member's.  1: not there.  *pDimId (optional)
+// receives the dimension id the entry was filed under.
+//
+// A member may hold two entries of one chain for a while (a rename that
+// only changes case enters the new text before the old leaves): the entry
+// whose key is the very text given is taken first.
+VTX_STS_T deleteEntry(vTX_PNETCTX_T ctx, VTX_POTL_T o, VTX_POTLMBR_T pItem, const char *psz,
+                      VTX_USHORT_T usAliasTable, VTX_ULONG_T *pDimId, bool fShared) {
+    if (!o->pExtendedHashTable) return 1;
+    HASH_NUM_T num;
+    HASH_POS_T pos;
+    VTX_STS_T sts = lookup(o->pExtendedHashTable, psz, num, pos);
+    if (sts) return sts;
+    ChainIt it, match;
+    if (!place(o->pExtendedHashTable, it, num, pos)) return 1;
+    bool found = false;
+    for (; !extendedHashItEnd(it.it()); (void)extendedHashItIncrement(it.it())) {
+        const VTX_ULONG_T idx = extendedHashItGetHashItemIndex(it.it());
+        const char *str = extendedHashItGetStr(it.it());
+        if (idx == NODE_INDEX_NA || !str) continue;
+        VTX_POTLHASHITEM_T_EXT item = itemAt(o, idx);
+        if (item->usAliasTable != usAliasTable || ownerOf(o, item) != pItem) continue;
+        if (o->fCaseSensitive && otlStrcmp(ctx, str, psz) != 0) continue;
+        if (!found || str == psz) {
+            match = it;
+            found = true;
+        }
+        if (str == psz) break;
+    }
+    if (!found) return 1;
+    const VTX_ULONG_T idx = extendedHashItGetHashItemIndex(match.it());
+    if (pDimId) *pDimId = itemAt(o, idx)->dimId;
+    (void)extendedHashItSetDeleted(match.it());  // placed by a lookup: it may delete
+    // The newest item goes back to the factory, so that an add undone
+    // leaves the factory as it found it.
+    if (idx + 1 == o->otlHashItemsFactoryNextFreeIndex) o->otlHashItemsFactoryNextFreeIndex = idx;
+    if (!fShared && otlIsNameDuplicated(ctx, o, psz, usAliasTable, nullptr))
+        return otlHashDupNameDeleteString(ctx, o, psz, usAliasTable);
+    return 0;
+}
+
+// Whether a member other than pItem, not shared, bears the text as its name.
+bool otherUnsharedBearer(vTX_PNETCTX_T ctx, VTX_POTL_T o, VTX_POTLMBR_T pItem, const char *name) {
+    ChainIt it;
+    if (!placeOn(o->pExtendedHashTable, name, it)) return false;
+    for (;; (void)extendedHashItIncrement(it.it())) {
+        VTX_SHORT_T cmp = 1;
+        VTX_POTLMBR_T m = otlMatchHashString(ctx, o, it.it(), name, nullptr, o->fCaseSensitive, 1, 0,
+                                             OTL_OPT_UNSHARED, 0, nullptr, &cmp);
+        if (!m) return false;
+        if (m != pItem) return true;
+    }
+}
+
+// Clears the duplicate mark of every remaining bearer of a member name that
+// is no longer a duplicate.
+void clearMarksIfUnique(vTX_PNETCTX_T ctx, VTX_POTL_T o, const char *name) {
+    if (otlIsNameDuplicated(ctx, o, name, 0, nullptr)) return;
+    ChainIt it;
+    if (!placeOn(o->pExtendedHashTable, name, it)) return;
+    for (;; (void)extendedHashItIncrement(it.it())) {
+        VTX_POTLMBR_T m = nullptr;
+        (void)otlHashFindItemByMbrName(ctx, o, name, nullptr, OTL_OPT_ALL, &m, it.it());
+        if (!m) break;
+        otlMbrClearDuplicateItem(m);
+    }
+}
+
+VTX_STS_T deleteItemTree(vTX_PNETCTX_T ctx, VTX_POTL_T o, VTX_POTLMBR_T pItem, bool resetDup) {
+    for (VTX_POTLMBR_T p = pItem; p; p = p->pSibling) {
+        if (!OTL_IS_HIDDEN(p)) {
+            VTX_STS_T sts = resetDup ? otlHashDeleteItemResetDup(ctx, o, p) : otlHashDeleteItem(ctx, o, p);
+            if (sts && sts != 1) return sts;
+        }
+        if (p->pChild) {
+            VTX_STS_T sts = deleteItemTree(ctx, o, p->pChild, resetDup);
+            if (sts) return sts;
+        }
+    }
+    return 0;
+}
+
+// The shared member after pAfter (null: the first) on pItem's chain that
+// stands for pItem, in any dimension; chains keep the order of adding.
+VTX_POTLMBR_T nextSharedOnChain(VTX_POTL_T pOutline, VTX_POTLMBR_T pItem, VTX_POTLMBR_T pAfter) {
+    if (!pOutline || !pItem || !pItem->MbrInfo.szMember) return nullptr;
+    ChainIt it;
+    if (!placeOn(pOutline->pExtendedHashTable, pItem->MbrInfo.szMember, it)) return nullptr;
+    if (pAfter) {
+        // Step past pAfter's own entry.
+        for (;; (void)extendedHashItIncrement(it.it())) {
+            if (extendedHashItEnd(it.it())) return nullptr;
+            const VTX_ULONG_T idx = extendedHashItGetHashItemIndex(it.it());
+            if (idx == NODE_INDEX_NA) continue;
+            VTX_POTLHASHITEM_T_EXT item = itemAt(pOutline, idx);
+            if (item->usAliasTable == 0 && ownerOf(pOutline, item) == pAfter) break;
+        }
+        (void)extendedHashItIncrement(it.it());
+    }
+    return otlMatchHashStringShared(pOutline, pOutline->pNetCtx, it.it(), pItem, pItem->MbrInfo.szMember,
+                                    pOutline->fCaseSensitive);
 }
 
 } // namespace
 
 extern "C" {
 
-// ---- finding members ------------------------------------------------------------------
+// ---- lifecycle -----------------------------------------------------------------------
 
-OTL_WALK VTX_STS_T otlHashFindItemByNameEx(vTX_PNETCTX_T pNetCtx, VTX_POTL_T o, VTX_CSTR_T pszString, VTX_CSTR_T pszParent,
-                                  VTX_BOOL_T fMember, VTX_BOOL_T fAlias, VTX_BOOL_T fReturnFirstInCaseOfDuplicates,
-                                  VTX_USHORT_T usOption, VTX_USHORT_T usAliasTable, VTX_POTLMBR_T pRequiredDim,
-                                  VTX_POTLMBR_T *ppItem, HASH_NUM_T *hashNum_, HASH_POS_T *hashPos_) {
-    if (ppItem) *ppItem = nullptr;
-    if (hashNum_) *hashNum_ = OTL_HASH_NONE;
-    if (hashPos_) *hashPos_ = OTL_HASH_NONE;
-    if (!o || !ppItem) return VTX_STS_NULL_ARG;
-    if (!pszString) return 0;
-    vTX_PNETCTX_T ctx = pNetCtx ? pNetCtx : o->pNetCtx;
-    const bool direct = !o->bNonUniqueName || (fAlias && usAliasTable == 2);
-    VTX_STS_T sts = 0;
-    if (direct) {
-        Query q{pszString, pszParent, fMember != 0, fAlias != 0, usOption, usAliasTable, pRequiredDim};
-        *ppItem = findMember(o, nullptr, [&](VTX_POTLMBR_T m) { return acceptsAnyKey(o, q, m); });
-        // An unknown name in brackets can only be a path.
-        if (!*ppItem && !o->bNonUniqueName && pszString[0] == '[')
-            sts = findByCombinedName(o, pszString, fMember, fAlias, fReturnFirstInCaseOfDuplicates, usAliasTable,
-                                     pRequiredDim, ppItem);
-    } else if (pszParent) {
-        // A child under a parent: the path [parent].[child].
-        VTX_POTLMBR_T result = nullptr;
-        unsigned matches = 0;
-        findMember(o, pRequiredDim, [&](VTX_POTLMBR_T m) {
-            const bool nameOk = fMember && same(o, m->MbrInfo.szMember, pszString) && acceptShare(m, usOption);
-            const bool aliasOk = fAlias && usAliasTable && same(o, keyOf(o, m, usAliasTable), pszString);
-            if ((nameOk || aliasOk) && m->pParent && m->pParent->MbrInfo.usGen &&
-                same(o, m->pParent->MbrInfo.szMember, pszParent)) {
-                result = m;
-                ++matches;
-            }
-            return false;
-        });
-        if (matches > 1 && !fReturnFirstInCaseOfDuplicates) sts = VTX_STS_NOT_FOUND;
-        else *ppItem = result;
-    } else {
-        sts = findByCombinedName(o, pszString, fMember, fAlias, fReturnFirstInCaseOfDuplicates, usAliasTable,
-                                 pRequiredDim, ppItem);
+VTX_STS_T otlHashInit(vTX_PNETCTX_T pNetCtx, VTX_POTL_T pOutline) {
+    if (!pOutline) return VTX_STS_NULL_ARG;
+    vTX_PNETCTX_T ctx = ctxOf(pNetCtx, pOutline);
+    VTX_STS_T sts = extendedHashInitWithSize(&pOutline->pExtendedHashTable, ctx, pOutline->pLocale,
+                                             expectedStrings(ctx, pOutline), 0);
+    // The count of repeated texts is made with the first repeat when names
+    // must be unique: an outline of unique names never needs it, and it
+    // costs some 3 MB.
+    if (!sts && pOutline->bNonUniqueName) sts = makeDupNameStore(ctx, pOutline);
+    if (!sts) sts = otlHashItemsFactoryInit(ctx, &pOutline->pOtlHashItemsFactory);
+    if (!sts)
+        sts = memNum2pItemMapInit(ctx, reinterpret_cast<VTX_PMEMNUM_2_PITEM_MAP_T **>(&pOutline->ppMemNum2pItemMap));
+    pOutline->otlHashItemsFactoryNextFreeIndex = 0;
+    return sts;
+}
+
+VTX_STS_T otlHashFree(vTX_PNETCTX_T pNetCtx, VTX_POTL_T pOutline) {
+    if (!pOutline) return 0;
+    vTX_PNETCTX_T ctx = ctxOf(pNetCtx, pOutline);
+    // Duplicate records own their texts.
+    if (pOutline->otlDupNameFactory) {
+        for (VTX_ULONG_T i = 0; i < pOutline->otlDupNameFactoryNextFreeIndex; ++i) {
+            VTX_POTLDUPNAME_T rec = otlHashItemsDupFactoryGetOtlDupName(pOutline->otlDupNameFactory, i);
+            if (rec->bNew && rec->pszString) (void)otlFreeMem(ctx, rec->pszString);  // closing: no one to tell
+            rec->pszString = nullptr;
+            rec->bNew = 0;
+        }
     }
-    if (sts) {
-        *ppItem = nullptr;
-        if (sts == VTX_STS_NOT_FOUND) return otlReport(ctx, sts, pszString, VTX_MSGARG_STR, nullptr, 0);
-        return otlReport(ctx, VTX_STS_LOOKUP_FAILED, "otlHashFindItemByNameEx", VTX_MSGARG_STR, nullptr, 0);
+    VTX_STS_T sts = extendedHashFree(pOutline->pExtendedHashTable);
+    if (sts) return sts;
+    pOutline->pExtendedHashTable = nullptr;
+    sts = extendedHashFree(pOutline->pExtendedHashTableDupName);
+    if (sts) return sts;
+    pOutline->pExtendedHashTableDupName = nullptr;
+    (void)otlHashItemsFactoryFree(pOutline->pOtlHashItemsFactory);  // answers 0 by contract
+    pOutline->pOtlHashItemsFactory = nullptr;
+    (void)otlHashItemsDupFactoryFree(pOutline->otlDupNameFactory);
+    pOutline->otlDupNameFactory = nullptr;
+    (void)memNum2pItemMapFree(ctx, reinterpret_cast<VTX_PMEMNUM_2_PITEM_MAP_T *>(pOutline->ppMemNum2pItemMap));
+    pOutline->ppMemNum2pItemMap = nullptr;
+    pOutline->otlHashItemsFactoryNextFreeIndex = 0;
+    pOutline->otlDupNameFactoryNextFreeIndex = 0;
+    return 0;
+}
+
+VTX_ULONG_T otlHashCountEntries(VTX_POTL_T pOutline) {
+    if (!pOutline || !pOutline->pExtendedHashTable) return 0;
+    VTX_PEXTENDED_HASH_ALLMEMBERS_IT_T all = nullptr;
+    if (extendedHashAllocateAllMembersIterator(pOutline->pExtendedHashTable, pOutline->pNetCtx, &all)) return 0;
+    VTX_ULONG_T n = 0;
+    for (; !extendedHashAllMembersItEnd(all); (void)extendedHashAllMembersItIncrement(all))
+        if (extendedHashAllMembersItGetStr(all) && extendedHashAllMembersItGetHashItemIndex(all) != NODE_INDEX_NA) ++n;
+    (void)extendedHashFreeAllMembersIterator(all);
+    return n;
+}
+
+// ---- adding --------------------------------------------------------------------------
+
+VTX_STS_T otlHashAddStringAs(vTX_PNETCTX_T pNetCtx, VTX_POTL_T pOutline, VTX_POTLMBR_T pItem, VTX_CSTR_T pszString,
+                             VTX_USHORT_T usAliasTable, HASH_NUM_T hashNum, HASH_POS_T hashPos, VTX_BOOL_T fShared) {
+    if (!pOutline || !pItem || !pszString || !pOutline->pExtendedHashTable) return VTX_STS_NULL_ARG;
+    if (pItem->ulDimno == 0 || !pOutline->dimIds) return VTX_STS_NO_DIMENSION;
+    vTX_PNETCTX_T ctx = ctxOf(pNetCtx, pOutline);
+    const VTX_ULONG_T idx = pOutline->otlHashItemsFactoryNextFreeIndex;
+    // Only an outline of duplicate names asks whether the text is taken:
+    // elsewhere the caller has refused a taken name already.
+    const bool taken = pOutline->bNonUniqueName &&
+                       otlHashIsStringExist(ctx, pOutline, pszString, usAliasTable, &hashNum, &hashPos);
+    const VTX_ULONG_T dimId = dimIdOf(pOutline, pItem);
+    assert(dimId < 65536 && "pOutline->dimIds[pItem->ulDimno-1] < 65536");
+    VTX_STS_T sts = memNum2pItemMapAddItem(ctx, pOutline, pItem);
+    if (!sts)
+        sts = otlHashItemsFactoryAddItem(ctx, pOutline->pOtlHashItemsFactory,
+                                         &pOutline->otlHashItemsFactoryNextFreeIndex, pItem->mbrId,
+                                         static_cast<VTX_USHORT_T>(dimId), usAliasTable);
+    if (!sts) sts = extendedHashInsert(pOutline->pExtendedHashTable, idx, pszString, &hashNum, &hashPos);
+    // Shared members never count as duplicates.
+    if (!sts && taken && !fShared) {
+        sts = otlHashDupNameAddString(ctx, pOutline, pszString, usAliasTable);
+        if (sts) removeEntry(pOutline, pszString, idx);
+    }
+    // A refused add hands its item back, so that the factory is as it was.
+    if (sts) pOutline->otlHashItemsFactoryNextFreeIndex = idx;
+    return sts;
+}
+
+VTX_STS_T otlHashAddString(vTX_PNETCTX_T pNetCtx, VTX_POTL_T pOutline, VTX_POTLMBR_T pItem, VTX_CSTR_T pszString,
+                           VTX_USHORT_T usAliasTable, HASH_NUM_T hashNum, HASH_POS_T hashPos) {
+    if (!pItem) return VTX_STS_NULL_ARG;
+    return otlHashAddStringAs(pNetCtx, pOutline, pItem, pszString, usAliasTable, hashNum, hashPos, isShared(pItem));
+}
+
+VTX_STS_T otlHashDupNameShareChanged(vTX_PNETCTX_T pNetCtx, VTX_POTL_T pOutline, VTX_POTLMBR_T pItem,
+                                     VTX_CSTR_T pszName, VTX_BOOL_T fNowShared) {
+    if (!pOutline || !pItem || !pszName) return VTX_STS_NULL_ARG;
+    if (!pOutline->bNonUniqueName) return 0;
+    vTX_PNETCTX_T ctx = ctxOf(pNetCtx, pOutline);
+    // The count holds the unshared bearers beyond the first: the member is
+    // in it exactly when another unshared member bears the name.
+    if (!otherUnsharedBearer(ctx, pOutline, pItem, pszName)) return 0;
+    return fNowShared ? otlHashDupNameDeleteString(ctx, pOutline, pszName, 0)
+                      : otlHashDupNameAddString(ctx, pOutline, pszName, 0);
+}
+
+VTX_STS_T otlHashAddItem(vTX_PNETCTX_T pNetCtx, VTX_POTL_T pOutline, VTX_POTLMBR_T pItemToHash,
+                         VTX_POTLMBR_T pItemWithInfo, HASH_NUM_T hashNum, HASH_POS_T hashPos) {
+    if (!pOutline || !pItemToHash) return VTX_STS_NULL_ARG;
+    vTX_PNETCTX_T ctx = ctxOf(pNetCtx, pOutline);
+    VTX_POTLMBR_T info = pItemWithInfo ? pItemWithInfo : pItemToHash;
+    // The keys are the registered record's own texts: a working copy may
+    // point into the caller's buffers.
+    const char *name = pItemToHash->MbrInfo.szMember ? pItemToHash->MbrInfo.szMember : info->MbrInfo.szMember;
+    if (!name) return VTX_STS_NULL_ARG;
+    VTX_STS_T sts = otlHashAddString(ctx, pOutline, pItemToHash, name, 0, hashNum, hashPos);
+    if (sts) return sts;
+    const char *shortName = nullptr;
+    if (hasHashedShortName(pOutline, info)) {
+        shortName = L(info)->Map.AttrMbr.pszShortName;
+        sts = otlHashAddString(ctx, pOutline, pItemToHash, shortName, 0, OTL_HASH_NONE, OTL_HASH_NONE);
+        if (sts) shortName = nullptr;
+    }
+    VTX_USHORT_T added = 0;
+    VTX_POTLALIASARRAYREC_T aliases = pItemToHash->AliasArray ? pItemToHash->AliasArray : info->AliasArray;
+    for (VTX_USHORT_T t = 1; !sts && aliases && t <= pOutline->usNumAliasTables; ++t) {
+        if (!aliases[t - 1].pszDefName) continue;
+        sts = otlHashAddString(ctx, pOutline, pItemToHash, aliases[t - 1].pszDefName, t, OTL_HASH_NONE,
+                               OTL_HASH_NONE);
+        if (!sts) added = t;
+    }
+    if (!sts) return 0;
+    // All or nothing: what went in comes out again.
+    for (VTX_USHORT_T t = added; t >= 1; --t)
+        if (aliases[t - 1].pszDefName) (void)deleteEntry(ctx, pOutline, pItemToHash, aliases[t - 1].pszDefName, t, nullptr, isShared(pItemToHash));
+    if (shortName) (void)deleteEntry(ctx, pOutline, pItemToHash, shortName, 0, nullptr, isShared(pItemToHash));
+    (void)deleteEntry(ctx, pOutline, pItemToHash, name, 0, nullptr, isShared(pItemToHash));  // each was just put in
+    return sts;
+}
+
+VTX_STS_T otlHashAddItemTree(vTX_PNETCTX_T pNetCtx, VTX_POTL_T pOutline, VTX_POTLMBR_T pRoot) {
+    if (!pOutline || !pRoot) return VTX_STS_NULL_ARG;
+    // A paged outline open for update never holds all its members.
+    assert(!pOutline->incrementalOPGfile && "!pOutline->incrementalOPGfile");
+    for (VTX_POTLMBR_T p = pRoot; p; p = otlNavtrdn(p, pRoot)) {
+        if (p->MbrInfo.usGen == 0 || OTL_IS_HIDDEN(p)) continue;
+        VTX_STS_T sts = otlHashAddItem(pNetCtx, pOutline, p, p, OTL_HASH_NONE, OTL_HASH_NONE);
+        if (sts) return sts;
     }
     return 0;
 }
 
-OTL_WALK VTX_STS_T otlHashFindItemByName(vTX_PNETCTX_T pNetCtx, VTX_POTL_T pOutline, VTX_CSTR_T pszString,
-                                VTX_CSTR_T pszParent, VTX_BOOL_T fMember, VTX_BOOL_T fAlias,
-                                VTX_BOOL_T fReturnFirstInCaseOfDuplicates, VTX_USHORT_T usAliasTable,
-                                VTX_POTLMBR_T pRequiredDim, VTX_POTLMBR_T *ppItem, HASH_NUM_T *hashNum_,
-                                HASH_POS_T *hashPos_) {
-    return otlHashFindItemByNameEx(pNetCtx, pOutline, pszString, pszParent, fMember, fAlias,
-                                   fReturnFirstInCaseOfDuplicates, OTL_OPT_UNSHARED, usAliasTable, pRequiredDim, ppItem,
-                                   hashNum_, hashPos_);
+VTX_BOOL_T otlHashIsStringExist(vTX_PNETCTX_T pNetCtx, VTX_POTL_T pOutline, VTX_CSTR_T pszString,
+                                VTX_USHORT_T usAliasTable, HASH_NUM_T *hashNum, HASH_POS_T *hashPos) {
+    HASH_NUM_T localNum = OTL_HASH_NONE;
+    HASH_POS_T localPos = OTL_HASH_NONE;
+    if (!hashNum || !hashPos) {
+        hashNum = &localNum;
+        hashPos = &localPos;
+    }
+    if (!pOutline || !pszString || !pOutline->pExtendedHashTable) return 0;
+    vTX_PNETCTX_T ctx = ctxOf(pNetCtx, pOutline);
+    if (*hashNum == NODE_INDEX_DEL) {
+        if (extendedHashGetPos(pOutline->pExtendedHashTable, pszString, hashNum, hashPos)) {
+            *hashNum = NODE_INDEX_DEL;  // a failed lookup is no position to insert at
+            return 0;
+        }
+    }
+    ChainIt it;
+    if (!place(pOutline->pExtendedHashTable, it, *hashNum, *hashPos)) return 0;
+    const bool cs = pOutline->fCaseSensitive;
+    for (; !extendedHashItEnd(it.it()); (void)extendedHashItIncrement(it.it())) {
+        const VTX_ULONG_T idx = extendedHashItGetHashItemIndex(it.it());
+        const char *str = extendedHashItGetStr(it.it());
+        if (idx == NODE_INDEX_NA || !str) continue;
+        if (cs && otlStrcmp(ctx, str, pszString) != 0) continue;
+        VTX_POTLHASHITEM_T_EXT item = itemAt(pOutline, idx);
+        VTX_POTLMBR_T m = ownerOf(pOutline, item);
+        if (!m) continue;
+        const VTX_USHORT_T t = item->usAliasTable;
+        if (isAttrMember(m)) {
+            // An attribute member's long name counts whatever the table; its
+            // hashed short name does not.
+            if (m->MbrInfo.szMember && sameText(ctx, pszString, m->MbrInfo.szMember, cs)) return 1;
+            if (usAliasTable == 0 ? t != 0 : t == usAliasTable) return 1;
+        } else if (usAliasTable == 0) {
+            if (t == 0 && otlGetShare(m) != VTX_SHARE_SHARED) return 1;
+        } else if (t == usAliasTable) {
+            return 1;
+        }
+    }
+    return 0;
 }
 
-OTL_WALK VTX_STS_T otlHashFindOriginalItem(vTX_PNETCTX_T pNetCtx, VTX_POTL_T o, VTX_POTLMBR_T pDim, VTX_POTLMBR_T pSharedMbr,
-                                  VTX_POTLMBR_T *ppOriginalMbr) {
-    if (ppOriginalMbr) *ppOriginalMbr = nullptr;
-    if (!o || !pSharedMbr || !ppOriginalMbr) return VTX_STS_NULL_ARG;
-    const char *name = pSharedMbr->MbrInfo.szMember;
-    if ((o->ucStateFlag & OTL_STATE_READING) && otlGetShare(pSharedMbr) == VTX_SHARE_SHARED2) {
-        name = pSharedMbr->OriginalMbr.szOriginalMbr;
-    } else if (pSharedMbr->OriginalMbr.hOriginalMbr) {
-        *ppOriginalMbr = pSharedMbr->OriginalMbr.hOriginalMbr;
-        return 0;
+// ---- deleting ------------------------------------------------------------------------
+
+VTX_STS_T otlHashDeleteString(vTX_PNETCTX_T pNetCtx, VTX_POTL_T pOutline, VTX_POTLMBR_T pItem, VTX_CSTR_T pszString,
+                              VTX_USHORT_T usAliasTable) {
+    if (!pOutline || !pItem || !pszString) return VTX_STS_NULL_ARG;
+    return deleteEntry(ctxOf(pNetCtx, pOutline), pOutline, pItem, pszString, usAliasTable, nullptr, isShared(pItem));
+}
+
+VTX_STS_T otlHashDeleteStringAs(vTX_PNETCTX_T pNetCtx, VTX_POTL_T pOutline, VTX_POTLMBR_T pItem, VTX_CSTR_T pszString,
+                                VTX_USHORT_T usAliasTable, VTX_BOOL_T fShared) {
+    if (!pOutline || !pItem || !pszString) return VTX_STS_NULL_ARG;
+    return deleteEntry(ctxOf(pNetCtx, pOutline), pOutline, pItem, pszString, usAliasTable, nullptr, fShared != 0);
+}
+
+VTX_STS_T otlHashDeleteShortName(vTX_PNETCTX_T pNetCtx, VTX_POTL_T pOutline, VTX_POTLMBR_T pItem,
+                                 VTX_CSTR_T pszString, VTX_USHORT_T usAliasTable) {
+    if (!pOutline || !pItem || !pszString) return VTX_STS_NULL_ARG;
+    VTX_STS_T sts = deleteEntry(ctxOf(pNetCtx, pOutline), pOutline, pItem, pszString, usAliasTable, nullptr,
+                                isShared(pItem));
+    return sts == 1 ? 0 : sts;
+}
+
+VTX_STS_T otlHashDeleteItemAliases(vTX_PNETCTX_T pNetCtx, VTX_POTL_T pOutline, VTX_POTLMBR_T pItem,
+                                   VTX_USHORT_T usAliasTable) {
+    if (!pOutline || !pItem) return VTX_STS_NULL_ARG;
+    if (usAliasTable < 1) return 0;
+    vTX_PNETCTX_T ctx = ctxOf(pNetCtx, pOutline);
+    // "Not there" is no failure here: a table may never have been entered.
+    if (usAliasTable <= pOutline->usNumAliasTables && pItem->AliasArray &&
+        pItem->AliasArray[usAliasTable - 1].pszDefName) {
+        VTX_STS_T sts = deleteEntry(ctx, pOutline, pItem, pItem->AliasArray[usAliasTable - 1].pszDefName,
+                                    usAliasTable, nullptr, isShared(pItem));
+        if (sts && sts != 1) return sts;
     }
-    VTX_STS_T sts = otlHashFindItemByNameEx(pNetCtx, o, name, nullptr, 1, 0, 1, OTL_OPT_UNSHARED, 0, pDim,
-                                            ppOriginalMbr, nullptr, nullptr);
-    if (!sts && !*ppOriginalMbr && o->ucCallerType == 2)
-        sts = otlHashFindItemByNameEx(pNetCtx, o, name, nullptr, 0, 1, 1, OTL_OPT_UNSHARED, 2, pDim, ppOriginalMbr,
-                                      nullptr, nullptr);
+    if (isLarge(pItem) && L(pItem)->pAliasRec && usAliasTable <= OTL_MAX_ALIAS_TABLES) {
+        for (VTX_POTLALIASREC_T a = L(pItem)->pAliasRec[usAliasTable - 1]; a; a = a->pNext) {
+            if (!a->pszAlias) continue;
+            VTX_STS_T sts = deleteEntry(ctx, pOutline, pItem, a->pszAlias, usAliasTable, nullptr, isShared(pItem));
+            if (sts && sts != 1) return sts;
+        }
+    }
+    return 0;
+}
+
+VTX_STS_T otlHashDeleteItem(vTX_PNETCTX_T pNetCtx, VTX_POTL_T pOutline, VTX_POTLMBR_T pItem) {
+    if (!pOutline || !pItem) return VTX_STS_NULL_ARG;
+    vTX_PNETCTX_T ctx = ctxOf(pNetCtx, pOutline);
+    VTX_ULONG_T dimId = NODE_INDEX_NA;
+    VTX_STS_T nameSts = 1;
+    if (pItem->MbrInfo.szMember) {
+        nameSts = deleteEntry(ctx, pOutline, pItem, pItem->MbrInfo.szMember, 0, &dimId, isShared(pItem));
+        if (nameSts && nameSts != 1) return nameSts;
+    }
+    if (hasHashedShortName(pOutline, pItem)) {
+        VTX_STS_T sts = otlHashDeleteShortName(ctx, pOutline, pItem, L(pItem)->Map.AttrMbr.pszShortName, 0);
+        if (sts) return sts;
+    }
+    // Every table: aliases of a table that was never entered answer "not
+    // there", and no entry may outlive the text it points to.
+    for (VTX_USHORT_T t = 1; t <= pOutline->usNumAliasTables; ++t) {
+        VTX_STS_T sts = otlHashDeleteItemAliases(ctx, pOutline, pItem, t);
+        if (sts) return sts;
+    }
+    // The map slot is the member's only while it names this record.
+    if (dimId == NODE_INDEX_NA) dimId = dimIdOf(pOutline, pItem);
+    if (pItem->mbrId >= 0 &&
+        memNum2pItemMapGetPItem(pOutline, static_cast<VTX_ULONG_T>(pItem->mbrId), dimId) == pItem)
+        (void)memNum2pItemMapResetItem(ctx, pOutline, dimId, static_cast<VTX_ULONG_T>(pItem->mbrId));  // answers 0
+    if (pOutline->cbDeleteMember && pItem->ulHdl32) pOutline->cbDeleteMember(pOutline, pItem, pItem->ulHdl32);
+    return nameSts;
+}
+
+VTX_STS_T otlHashDeleteItemResetDup(vTX_PNETCTX_T pNetCtx, VTX_POTL_T pOutline, VTX_POTLMBR_T pItem) {
+    if (!pOutline || !pItem) return VTX_STS_NULL_ARG;
+    vTX_PNETCTX_T ctx = ctxOf(pNetCtx, pOutline);
+    const char *name = pItem->MbrInfo.szMember;
+    const bool wasDup = name && pOutline->bNonUniqueName && !isShared(pItem) &&
+                        otlIsNameDuplicated(ctx, pOutline, name, 0, nullptr);
+    VTX_STS_T sts = otlHashDeleteItem(ctx, pOutline, pItem);
+    if (wasDup && (!sts || sts == 1)) clearMarksIfUnique(ctx, pOutline, name);
     return sts;
 }
 
-OTL_WALK VTX_STS_T otlGetNextSharedMember(VTX_POTL_T o, VTX_POTLMBR_T pItem, VTX_POTLMBR_T pAfter, VTX_POTLMBR_T *ppShared) {
-    if (ppShared) *ppShared = nullptr;
-    if (!o || !pItem || !ppShared) return VTX_STS_NULL_ARG;
-    VTX_POTLMBR_T dim = otlGetDim(pItem);
-    if (!dim || !pItem->MbrInfo.szMember || otlMbrIsSharedShare(pItem)) return 0;
-    VTX_POTLMBR_T start = pAfter ? otlNavtrdn(pAfter, dim) : otlNavtrdn(dim, dim);
-    for (VTX_POTLMBR_T p = start; p; p = otlNavtrdn(p, dim)) {
-        if (OTL_IS_HIDDEN(p) || !otlMbrIsSharedShare(p) || !same(o, p->MbrInfo.szMember, pItem->MbrInfo.szMember))
+VTX_STS_T otlHashDeleteItemTree(vTX_PNETCTX_T pNetCtx, VTX_POTL_T pOutline, VTX_POTLMBR_T pItem) {
+    if (!pOutline) return VTX_STS_NULL_ARG;
+    return deleteItemTree(ctxOf(pNetCtx, pOutline), pOutline, pItem, false);
+}
+
+VTX_STS_T otlHashDeleteItemTreeResetDup(vTX_PNETCTX_T pNetCtx, VTX_POTL_T pOutline, VTX_POTLMBR_T pItem) {
+    if (!pOutline) return VTX_STS_NULL_ARG;
+    return deleteItemTree(ctxOf(pNetCtx, pOutline), pOutline, pItem, true);
+}
+
+// ---- chain filters -------------------------------------------------------------------
+
+VTX_POTLMBR_T otlMatchHashString(vTX_PNETCTX_T pNetCtx, VTX_POTL_T pOutline, void *it, VTX_CSTR_T pszString,
+                                 VTX_CSTR_T pszParent, VTX_BOOL_T fCaseSensitive, VTX_BOOL_T fMember,
+                                 VTX_BOOL_T fAlias, VTX_USHORT_T usOption, VTX_USHORT_T usAliasTable,
+                                 VTX_POTLMBR_T pRequiredDim, VTX_SHORT_T *psCmp) {
+    VTX_SHORT_T scratch;
+    if (!psCmp) psCmp = &scratch;
+    *psCmp = 1;
+    if (!pOutline || !it) return nullptr;
+    vTX_PNETCTX_T ctx = ctxOf(pNetCtx, pOutline);
+    const bool anyAlias = fAlias && usAliasTable == 0;
+    for (; !extendedHashItEnd(it); (void)extendedHashItIncrement(it)) {
+        *psCmp = 0;
+        const VTX_ULONG_T idx = extendedHashItGetHashItemIndex(it);
+        const char *str = extendedHashItGetStr(it);
+        if (idx == NODE_INDEX_NA || !str) continue;
+        if (fCaseSensitive && pszString && otlStrcmp(ctx, pszString, str) != 0) continue;
+        VTX_POTLHASHITEM_T_EXT item = itemAt(pOutline, idx);
+        VTX_POTLMBR_T m = ownerOf(pOutline, item);
+        if (!m) continue;
+        const VTX_USHORT_T t = item->usAliasTable;
+        const bool asName = fMember && t == 0;
+        if (pszParent) {
+            if (!asName && (!fAlias || (anyAlias ? t == 0 : t != usAliasTable))) continue;
+            VTX_POTLMBR_T parent = m->pParent;
+            if (!parent || parent->MbrInfo.usGen == 0 || !parent->MbrInfo.szMember ||
+                !sameText(ctx, parent->MbrInfo.szMember, pszParent, fCaseSensitive))
+                continue;
+        } else if (isAttrMember(m)) {
+            if (!asName) {
+                if (anyAlias ? t == 0 : (!fAlias || t == 0 || t != usAliasTable)) continue;
+            } else {
+                // A typed attribute answers a member-name query by its long
+                // name only; its hashed short name is for
+                // otlFindAttributeMember.
+                const VTX_USHORT_T type = L(m)->MbrInfo.Attribute.usDataType;
+                if (type != VTX_ATTR_NONE && type != VTX_ATTR_STRING &&
+                    !(pszString && m->MbrInfo.szMember && sameText(ctx, pszString, m->MbrInfo.szMember, fCaseSensitive)))
+                    continue;
+            }
+        } else if (!asName) {
+            // With any table asked for, a member-name entry answers too: a
+            // name or an alias is found in one walk.
+            if (!anyAlias && (!fAlias || t != usAliasTable)) continue;
+        } else if (!optionTakes(usOption, otlGetShare(m))) {
             continue;
-        VTX_POTLMBR_T orig = p->OriginalMbr.hOriginalMbr;
-        if (!orig) {
-            if (!o->bNonUniqueName) orig = pItem;   // one stored member per name
-            else (void)otlHashFindOriginalItem(o->pNetCtx, o, dim, p, &orig);  // none: not ours
         }
-        if (orig == pItem) {
-            *ppShared = p;
+        if (pRequiredDim && otlGetDim(m) != pRequiredDim) continue;
+        return m;
+    }
+    *psCmp = 1;
+    return nullptr;
+}
+
+VTX_POTLMBR_T otlMatchHashStringAttribute(vTX_PNETCTX_T pNetCtx, VTX_POTL_T pOutline, void *it, VTX_CSTR_T pszString,
+                                          VTX_BOOL_T fCaseSensitive, VTX_SHORT_T *psCmp) {
+    VTX_SHORT_T scratch;
+    if (!psCmp) psCmp = &scratch;
+    *psCmp = 1;
+    if (!pOutline || !it) return nullptr;
+    vTX_PNETCTX_T ctx = ctxOf(pNetCtx, pOutline);
+    for (; !extendedHashItEnd(it); (void)extendedHashItIncrement(it)) {
+        *psCmp = 0;
+        const VTX_ULONG_T idx = extendedHashItGetHashItemIndex(it);
+        const char *str = extendedHashItGetStr(it);
+        if (idx == NODE_INDEX_NA || !str) continue;
+        VTX_POTLHASHITEM_T_EXT item = itemAt(pOutline, idx);
+        if (item->usAliasTable != 0) continue;
+        VTX_POTLMBR_T m = ownerOf(pOutline, item);
+        if (!isAttrMember(m)) continue;
+        if (fCaseSensitive && pszString && otlStrcmp(ctx, pszString, str) != 0) continue;
+        return m;
+    }
+    *psCmp = 1;
+    return nullptr;
+}
+
+VTX_POTLMBR_T otlMatchHashStringShared(VTX_POTL_T pOutline, vTX_PNETCTX_T pNetCtx, void *it, VTX_POTLMBR_T pItem,
+                                       VTX_CSTR_T pszString, VTX_BOOL_T fCaseSensitive) {
+    if (!pOutline || !it) return nullptr;
+    vTX_PNETCTX_T ctx = ctxOf(pNetCtx, pOutline);
+    VTX_POTLMBR_T orig = nullptr;
+    if (pOutline->bNonUniqueName && pItem) orig = originalOf(ctx, pOutline, pItem);
+    for (; !extendedHashItEnd(it); (void)extendedHashItIncrement(it)) {
+        const VTX_ULONG_T idx = extendedHashItGetHashItemIndex(it);
+        const char *str = extendedHashItGetStr(it);
+        if (idx == NODE_INDEX_NA || !str) continue;
+        if (pszString && !sameText(ctx, pszString, str, fCaseSensitive)) continue;
+        VTX_POTLHASHITEM_T_EXT item = itemAt(pOutline, idx);
+        if (item->usAliasTable != 0) continue;
+        VTX_POTLMBR_T m = ownerOf(pOutline, item);
+        if (!m || !isShared(m)) continue;
+        if (pOutline->bNonUniqueName && originalOf(ctx, pOutline, m) != orig) continue;
+        return m;
+    }
+    return nullptr;
+}
+
+VTX_STS_T otlGetNextSharedMember(VTX_POTL_T pOutline, VTX_POTLMBR_T pItem, VTX_POTLMBR_T pAfter,
+                                 VTX_POTLMBR_T *ppShared) {
+    if (ppShared) *ppShared = nullptr;
+    if (!pOutline || !pItem || !ppShared) return VTX_STS_NULL_ARG;
+    // A shared member stands for a stored one, never for another share.
+    if (isShared(pItem)) return 0;
+    const VTX_POTLMBR_T dim = otlGetDim(pItem);
+    for (VTX_POTLMBR_T s = nextSharedOnChain(pOutline, pItem, pAfter); s;
+         s = nextSharedOnChain(pOutline, pItem, s)) {
+        if (otlGetDim(s) == dim) {
+            *ppShared = s;
             return 0;
         }
     }
     return 0;
 }
 
-// ---- names among siblings and in a dimension ----------------------------------------------
+// ---- finding -------------------------------------------------------------------------
 
-OTL_WALK VTX_BOOL_T otlHashIsNameDupAmongSiblings(vTX_PNETCTX_T, VTX_POTL_T o, VTX_POTLMBR_T pParent, VTX_CSTR_T pszString,
-                                         VTX_USHORT_T usAliasTable, VTX_POTLMBR_T *ppMbr, HASH_NUM_T *hashNum,
-                                         HASH_POS_T *hashPos) {
-    if (ppMbr) *ppMbr = nullptr;
-    if (hashNum) *hashNum = OTL_HASH_NONE;
-    if (hashPos) *hashPos = OTL_HASH_NONE;
-    if (!o || !pParent || !pszString) return 0;
-    VTX_POTLMBR_T c = childNamed(o, pParent, pszString, usAliasTable);
-    if (ppMbr) *ppMbr = c;
-    return c != nullptr;
+VTX_STS_T otlHashFindItemByNameEx(vTX_PNETCTX_T pNetCtx, VTX_POTL_T pOutline, VTX_CSTR_T pszString,
+                                  VTX_CSTR_T pszParent, VTX_BOOL_T fMember, VTX_BOOL_T fAlias,
+                                  VTX_BOOL_T fReturnFirstInCaseOfDuplicates, VTX_USHORT_T usOption,
+                                  VTX_USHORT_T usAliasTable, VTX_POTLMBR_T pRequiredDim, VTX_POTLMBR_T *ppItem,
+                                  HASH_NUM_T *hashNum_, HASH_POS_T *hashPos_) {
+    VTX_POTLMBR_T found = nullptr;
+    if (ppItem) *ppItem = nullptr;
+    if (!pOutline || !ppItem) return VTX_STS_NULL_ARG;
+    vTX_PNETCTX_T ctx = ctxOf(pNetCtx, pOutline);
+    HASH_NUM_T num;
+    HASH_POS_T pos;
+    VTX_STS_T sts = findByName(ctx, pOutline, pszString, pszParent, fMember, fAlias, fReturnFirstInCaseOfDuplicates,
+                               usOption, usAliasTable, pRequiredDim, &found, num, pos, false);
+    *ppItem = found;
+    if (sts == VTX_STS_NOT_FOUND) {
+        sts = otlReport(ctx, VTX_STS_NOT_FOUND, pszString, VTX_MSGARG_STR, nullptr, 0);
+    } else if (sts == VTX_STS_NO_MEMORY) {
+        sts = otlNoMemory(ctx, "otlHashFindItemByNameEx");
+    } else if (sts) {
+        sts = otlReport(ctx, VTX_STS_LOOKUP_FAILED, "otlHashFindItemByNameEx", VTX_MSGARG_STR, nullptr, 0);
+    }
+    if (hashNum_) *hashNum_ = num;
+    if (hashPos_) *hashPos_ = pos;
+    return sts;
 }
 
-OTL_WALK VTX_BOOL_T otlHashIsNameDupAmongSiblingsGetOriginal(vTX_PNETCTX_T, VTX_POTL_T o, VTX_POTLMBR_T pParent,
+VTX_STS_T otlHashFindItemByName(vTX_PNETCTX_T pNetCtx, VTX_POTL_T pOutline, VTX_CSTR_T pszString, VTX_CSTR_T pszParent,
+                                VTX_BOOL_T fMember, VTX_BOOL_T fAlias, VTX_BOOL_T fReturnFirstInCaseOfDuplicates,
+                                VTX_USHORT_T usAliasTable, VTX_POTLMBR_T pRequiredDim, VTX_POTLMBR_T *ppItem,
+                                HASH_NUM_T *hashNum_, HASH_POS_T *hashPos_) {
+    return otlHashFindItemByNameEx(pNetCtx, pOutline, pszString, pszParent, fMember, fAlias,
+                                   fReturnFirstInCaseOfDuplicates, OTL_OPT_UNSHARED, usAliasTable, pRequiredDim, ppItem,
+                                   hashNum_, hashPos_);
+}
+
+VTX_STS_T otlHashFindItemByCombinedName(vTX_PNETCTX_T pNetCtx, VTX_POTL_T pOutline, VTX_CSTR_T pszString,
+                                        VTX_BOOL_T fMember, VTX_BOOL_T fAlias, VTX_BOOL_T fReturnFirstInCaseOfDuplicates,
+                                        VTX_USHORT_T, VTX_USHORT_T usAliasTable, VTX_POTLMBR_T pRequiredDim,
+                                        VTX_POTLMBR_T *ppItem) {
+    if (ppItem) *ppItem = nullptr;
+    if (!pOutline || !ppItem) return VTX_STS_NULL_ARG;
+    vTX_PNETCTX_T ctx = ctxOf(pNetCtx, pOutline);
+    otl::NameScratch scratch(ctx);
+    return findCombined(ctx, pOutline, pszString, fMember, fAlias, fReturnFirstInCaseOfDuplicates, usAliasTable,
+                        pRequiredDim, ppItem, scratch);
+}
+
+VTX_STS_T otlHashFindItemByMbrName(vTX_PNETCTX_T pNetCtx, VTX_POTL_T pOutline, VTX_CSTR_T pszString,
+                                   VTX_POTLMBR_T pRequiredDim, VTX_USHORT_T usOption, VTX_POTLMBR_T *ppItem, void *it) {
+    if (!ppItem) return VTX_STS_NULL_ARG;
+    VTX_SHORT_T cmp = 1;
+    *ppItem = otlMatchHashString(pNetCtx, pOutline, it, pszString, nullptr, pOutline ? pOutline->fCaseSensitive : 0, 1,
+                                 0, usOption, 0, pRequiredDim, &cmp);
+    return 0;
+}
+
+VTX_STS_T otlHashFindItemByAlias(vTX_PNETCTX_T pNetCtx, VTX_POTL_T pOutline, VTX_CSTR_T pszString,
+                                 VTX_POTLMBR_T pRequiredDim, VTX_USHORT_T usAliasTable, void *it, VTX_POTLMBR_T *ppItem) {
+    if (!ppItem) return VTX_STS_NULL_ARG;
+    VTX_SHORT_T cmp = 1;
+    *ppItem = otlMatchHashString(pNetCtx, pOutline, it, pszString, nullptr, pOutline ? pOutline->fCaseSensitive : 0, 0,
+                                 1, OTL_OPT_ALL, usAliasTable, pRequiredDim, &cmp);
+    return 0;
+}
+
+VTX_STS_T otlHashFindItemByAliasUnique(vTX_PNETCTX_T pNetCtx, VTX_POTL_T pOutline, VTX_CSTR_T pszString,
+                                       VTX_POTLMBR_T pRequiredDim, VTX_USHORT_T usAliasTable, VTX_POTLMBR_T *ppItem) {
+    if (ppItem) *ppItem = nullptr;
+    if (!pOutline || !ppItem) return VTX_STS_NULL_ARG;
+    assert(!pOutline->bNonUniqueName && "!pOutline->bNonUniqueName");
+    if (!pszString || !*pszString) return 0;
+    ChainIt it;
+    if (!placeOn(pOutline->pExtendedHashTable, pszString, it)) return 0;
+    for (;; (void)extendedHashItIncrement(it.it())) {
+        VTX_POTLMBR_T m = nullptr;
+        (void)otlHashFindItemByAlias(pNetCtx, pOutline, pszString, pRequiredDim, usAliasTable, it.it(), &m);
+        if (!m) return 0;
+        if (!isShared(m)) {
+            *ppItem = m;
+            return 0;
+        }
+    }
+}
+
+VTX_STS_T otlHashFindOriginalItem(vTX_PNETCTX_T pNetCtx, VTX_POTL_T pOutline, VTX_POTLMBR_T pDim,
+                                  VTX_POTLMBR_T pSharedMbr, VTX_POTLMBR_T *ppOriginalMbr) {
+    if (ppOriginalMbr) *ppOriginalMbr = nullptr;
+    if (!pOutline || !pSharedMbr || !ppOriginalMbr) return VTX_STS_NULL_ARG;
+    vTX_PNETCTX_T ctx = ctxOf(pNetCtx, pOutline);
+    const char *name = pSharedMbr->MbrInfo.szMember;
+    if ((pOutline->ucStateFlag & OTL_STATE_READING) && otlGetShare(pSharedMbr) == VTX_SHARE_SHARED2) {
+        // While an outline is read the stored member is known by name only.
+        if (pSharedMbr->OriginalMbr.szOriginalMbr) name = pSharedMbr->OriginalMbr.szOriginalMbr;
+    } else if (pSharedMbr->OriginalMbr.hOriginalMbr) {
+        *ppOriginalMbr = pSharedMbr->OriginalMbr.hOriginalMbr;
+        return 0;
+    }
+    if (!name) return 0;
+    HASH_NUM_T num;
+    HASH_POS_T pos;
+    VTX_STS_T sts = findByName(ctx, pOutline, name, nullptr, 1, 0, 1, OTL_OPT_UNSHARED, 0, pDim, ppOriginalMbr, num,
+                               pos, true);
+    if (!sts && !*ppOriginalMbr && pOutline->ucCallerType == 2)
+        sts = findByName(ctx, pOutline, name, nullptr, 0, 1, 1, OTL_OPT_UNSHARED, 2, pDim, ppOriginalMbr, num, pos,
+                         true);
+    return sts;
+}
+
+VTX_STS_T otlFindAttributeMember(VTX_POTL_T pOutline, VTX_CSTR_T pszMember, VTX_POTLMBR_T *ppAttributeMember,
+                                 void *it) {
+    if (ppAttributeMember) *ppAttributeMember = nullptr;
+    if (!pOutline || !ppAttributeMember) return VTX_STS_NULL_ARG;
+    if (!it || extendedHashItEnd(it)) return 0;
+    vTX_PNETCTX_T ctx = pOutline->pNetCtx;
+    const char *text = pszMember;
+    otl::NameScratch scratch(ctx);
+    otl::PathSegments segs;
+    if (pOutline->bNonUniqueName && pszMember) {
+        VTX_STS_T sts = otl::otlParsePath(pszMember, VTX_MAX_PATH_DEPTH, scratch, segs);
+        if (sts) return sts;
+        if (segs.count) text = segs.seg[segs.count - 1];
+    }
+    VTX_SHORT_T cmp = 1;
+    *ppAttributeMember = otlMatchHashStringAttribute(ctx, pOutline, it, text, pOutline->fCaseSensitive, &cmp);
+    return 0;
+}
+
+// ---- duplicate names -----------------------------------------------------------------
+
+void otlMatchHashDupNameString(vTX_PNETCTX_T pNetCtx, VTX_POTL_T pOutline, void *it, VTX_CSTR_T pszString,
+                               VTX_BOOL_T fCaseSensitive, VTX_BOOL_T fMember, VTX_BOOL_T fAlias,
+                               VTX_USHORT_T usAliasTable, VTX_BOOL_T fAny, VTX_SHORT_T *psCmp) {
+    VTX_SHORT_T scratch;
+    if (!psCmp) psCmp = &scratch;
+    *psCmp = 1;
+    if (!pOutline || !it || !pszString) return;
+    vTX_PNETCTX_T ctx = ctxOf(pNetCtx, pOutline);
+    for (; !extendedHashItEnd(it); (void)extendedHashItIncrement(it)) {
+        *psCmp = 0;
+        const VTX_ULONG_T idx = extendedHashItGetHashItemIndex(it);
+        const char *str = extendedHashItGetStr(it);
+        if (idx == NODE_INDEX_NA || !str) continue;
+        if (!sameText(ctx, pszString, str, fCaseSensitive)) continue;
+        VTX_POTLDUPNAME_T rec = otlHashItemsDupFactoryGetOtlDupName(pOutline->otlDupNameFactory, idx);
+        if (fAny) return;
+        if (fMember && rec->usCount[0]) return;
+        if (fAlias && usAliasTable == 0 && (rec->usTotalCount > rec->usCount[0] || rec->usCount[0])) return;
+        if (fAlias && usAliasTable && usAliasTable < VTX_DUPNAME_TABLES && rec->usCount[usAliasTable]) return;
+    }
+    *psCmp = 1;
+}
+
+VTX_STS_T otlHashDupNameAddString(vTX_PNETCTX_T pNetCtx, VTX_POTL_T pOutline, VTX_CSTR_T pszString,
+                                  VTX_USHORT_T usAliasTable) {
+    if (!pOutline || !pszString) return VTX_STS_NULL_ARG;
+    if (!pOutline->bNonUniqueName) return 0;
+    if (usAliasTable >= VTX_DUPNAME_TABLES) return VTX_STS_NULL_ARG;
+    vTX_PNETCTX_T ctx = ctxOf(pNetCtx, pOutline);
+    if (!pOutline->pExtendedHashTableDupName || !pOutline->otlDupNameFactory) {
+        if (VTX_STS_T sts = makeDupNameStore(ctx, pOutline)) return sts;
+    }
+    HASH_NUM_T num;
+    HASH_POS_T pos;
+    VTX_STS_T sts = lookup(pOutline->pExtendedHashTableDupName, pszString, num, pos);
+    if (sts) return sts;
+    ChainIt it;
+    if (place(pOutline->pExtendedHashTableDupName, it, num, pos)) {
+        if (VTX_POTLDUPNAME_T rec = matchDup(ctx, pOutline, it.it(), pszString, 1, 1, usAliasTable, 1)) {
+            rec->usCount[usAliasTable]++;
+            rec->usTotalCount++;
+            return 0;
+        }
+    }
+    // A new record keeps a text of its own from the start: the key of its
+    // entry must stay readable for as long as the entry lives, whichever
+    // member goes first.
+    char *copy = nullptr;
+    sts = otlStrdup(ctx, pszString, &copy);
+    if (!sts && !copy) sts = VTX_STS_NO_MEMORY;
+    if (sts) return sts;
+    const VTX_ULONG_T idx = pOutline->otlDupNameFactoryNextFreeIndex;
+    sts = otlHashItemsDupFactoryAddItem(ctx, pOutline->otlDupNameFactory, &pOutline->otlDupNameFactoryNextFreeIndex,
+                                        copy, usAliasTable);
+    if (!sts) {
+        VTX_POTLDUPNAME_T rec = otlHashItemsDupFactoryGetOtlDupName(pOutline->otlDupNameFactory, idx);
+        rec->bNew = 1;
+        sts = extendedHashInsert(pOutline->pExtendedHashTableDupName, idx, copy, &num, &pos);
+        if (sts) {
+            std::memset(rec, 0, sizeof *rec);
+            pOutline->otlDupNameFactoryNextFreeIndex = idx;
+        }
+    }
+    if (sts) (void)otlFreeMem(ctx, copy);  // the record was not made: its text goes
+    return sts;
+}
+
+VTX_STS_T otlHashDupNameDeleteString(vTX_PNETCTX_T pNetCtx, VTX_POTL_T pOutline, VTX_CSTR_T pszString,
+                                     VTX_USHORT_T usAliasTable) {
+    if (!pOutline || !pszString) return VTX_STS_NULL_ARG;
+    if (!pOutline->pExtendedHashTableDupName || usAliasTable >= VTX_DUPNAME_TABLES) return 0;
+    vTX_PNETCTX_T ctx = ctxOf(pNetCtx, pOutline);
+    HASH_NUM_T num;
+    HASH_POS_T pos;
+    VTX_STS_T sts = lookup(pOutline->pExtendedHashTableDupName, pszString, num, pos);
+    if (sts) return sts;
+    ChainIt it;
+    if (!place(pOutline->pExtendedHashTableDupName, it, num, pos)) return 0;
+    VTX_POTLDUPNAME_T rec = matchDup(ctx, pOutline, it.it(), pszString, usAliasTable == 0, usAliasTable != 0,
+                                     usAliasTable, 0);
+    if (!rec) return 0;
+    if (rec->usCount[usAliasTable]) rec->usCount[usAliasTable]--;
+    if (rec->usTotalCount) rec->usTotalCount--;
+    if (rec->usTotalCount == 0) {
+        const VTX_ULONG_T idx = extendedHashItGetHashItemIndex(it.it());
+        // The entry goes before the text its key points to.
+        (void)extendedHashItSetDeleted(it.it());  // placed by a lookup: it may delete
+        if (rec->bNew) (void)otlFreeMem(ctx, rec->pszString);  // the record is gone: nothing waits on the release
+        rec->pszString = nullptr;
+        rec->bNew = 0;
+        // The newest record goes back to the factory, cleared for its next use.
+        if (idx + 1 == pOutline->otlDupNameFactoryNextFreeIndex) {
+            std::memset(rec, 0, sizeof *rec);
+            pOutline->otlDupNameFactoryNextFreeIndex = idx;
+        }
+    }
+    return 0;
+}
+
+VTX_BOOL_T otlIsNameDuplicated(vTX_PNETCTX_T pNetCtx, VTX_POTL_T pOutline, VTX_CSTR_T pszString,
+                               VTX_USHORT_T usAliasTable, VTX_ULONG_T *pulCount) {
+    if (pulCount) *pulCount = 0;
+    // Repeated texts are counted only where duplicates are allowed.
+    if (!pOutline || !pszString || !pOutline->bNonUniqueName || !pOutline->pExtendedHashTableDupName ||
+        usAliasTable >= VTX_DUPNAME_TABLES)
+        return 0;
+    vTX_PNETCTX_T ctx = ctxOf(pNetCtx, pOutline);
+    ChainIt it;
+    if (!placeOn(pOutline->pExtendedHashTableDupName, pszString, it)) return 0;
+    VTX_POTLDUPNAME_T rec = matchDup(ctx, pOutline, it.it(), pszString, usAliasTable == 0, usAliasTable != 0,
+                                     usAliasTable, 0);
+    if (!rec) return 0;
+    if (pulCount) *pulCount = rec->usCount[usAliasTable];
+    return 1;
+}
+
+void otlHashClearDupMarksIfUnique(vTX_PNETCTX_T pNetCtx, VTX_POTL_T pOutline, VTX_CSTR_T pszName) {
+    if (!pOutline || !pszName || !pOutline->bNonUniqueName) return;
+    clearMarksIfUnique(ctxOf(pNetCtx, pOutline), pOutline, pszName);
+}
+
+void otlMbrClearDuplicateItem(VTX_POTLMBR_T pItem) {
+    if (!pItem) return;
+    // On a dimension the bit says that duplicates are allowed in it.
+    if (pItem->MbrInfo.usGen > 1) pItem->ucFlags &= (VTX_UCHAR_T)~OTL_FLAG_DUP;
+    pItem->ucNameUnique = 0;
+}
+
+// ---- sibling and dimension tests ---------------------------------------------------
+
+VTX_BOOL_T otlHashIsNameDupAmongSiblings(vTX_PNETCTX_T pNetCtx, VTX_POTL_T pOutline, VTX_POTLMBR_T pParent,
+                                         VTX_CSTR_T pszString, VTX_USHORT_T usAliasTable, VTX_POTLMBR_T *ppMbr,
+                                         HASH_NUM_T *hashNum, HASH_POS_T *hashPos) {
+    if (ppMbr) *ppMbr = nullptr;
+    if (!pOutline || !pParent || !pszString || !pOutline->pExtendedHashTable) return 0;
+    vTX_PNETCTX_T ctx = ctxOf(pNetCtx, pOutline);
+    VTX_ULONG_T count = 0;
+    if (otlIsNameDuplicated(ctx, pOutline, pszString, usAliasTable, &count) && pParent->ulSiblingCount <= count) {
+        // More bearers than children: the children are the shorter walk.
+        for (VTX_POTLMBR_T c = pParent->pChild; c; c = c->pSibling) {
+            if (OTL_IS_HIDDEN(c) || !c->MbrInfo.szMember) continue;
+            if (otlCompareNames(pOutline, c->MbrInfo.szMember, pszString) == 0) {
+                if (ppMbr) *ppMbr = c;
+                return 1;
+            }
+        }
+        return 0;
+    }
+    HASH_NUM_T localNum = OTL_HASH_NONE;
+    HASH_POS_T localPos = OTL_HASH_NONE;
+    if (!hashNum || !hashPos) {
+        hashNum = &localNum;
+        hashPos = &localPos;
+    }
+    if (*hashNum == NODE_INDEX_DEL &&
+        extendedHashGetPos(pOutline->pExtendedHashTable, pszString, hashNum, hashPos) != 0) {
+        *hashNum = NODE_INDEX_DEL;
+        return 0;
+    }
+    ChainIt it;
+    if (!place(pOutline->pExtendedHashTable, it, *hashNum, *hashPos)) return 0;
+    for (;; (void)extendedHashItIncrement(it.it())) {
+        VTX_SHORT_T cmp = 1;
+        VTX_POTLMBR_T m = otlMatchHashString(ctx, pOutline, it.it(), pszString, nullptr, pOutline->fCaseSensitive,
+                                             usAliasTable == 0, usAliasTable != 0, OTL_OPT_ALL, usAliasTable, nullptr,
+                                             &cmp);
+        if (!m) return 0;
+        if (m->pParent == pParent) {
+            if (ppMbr) *ppMbr = m;
+            return 1;
+        }
+    }
+}
+
+VTX_BOOL_T otlHashIsNameDupAmongSiblings2(vTX_PNETCTX_T pNetCtx, VTX_POTL_T pOutline, VTX_POTLMBR_T pItemIn,
+                                          VTX_CSTR_T pszString, VTX_USHORT_T usAliasTable) {
+    if (!pOutline || !pItemIn || !pszString) return 0;
+    VTX_POTLMBR_T parent = pItemIn->pParent;
+    if (!parent) return 0;
+    vTX_PNETCTX_T ctx = ctxOf(pNetCtx, pOutline);
+    ChainIt it;
+    if (!placeOn(pOutline->pExtendedHashTable, pszString, it)) return 0;
+    for (;; (void)extendedHashItIncrement(it.it())) {
+        VTX_SHORT_T cmp = 1;
+        VTX_POTLMBR_T m = otlMatchHashString(ctx, pOutline, it.it(), pszString, nullptr, pOutline->fCaseSensitive, 0, 1,
+                                             OTL_OPT_ALL, usAliasTable, nullptr, &cmp);
+        if (!m) return 0;
+        if (m != pItemIn && m->pParent == parent) return 1;
+    }
+}
+
+VTX_BOOL_T otlHashIsNameDupAmongSiblingsGetOriginal(vTX_PNETCTX_T pNetCtx, VTX_POTL_T pOutline, VTX_POTLMBR_T pParent,
                                                     VTX_CSTR_T pszString, VTX_USHORT_T usAliasTable,
                                                     VTX_POTLMBR_T *ppMbr, VTX_POTLMBR_T *ppOriginal) {
     if (ppMbr) *ppMbr = nullptr;
     if (ppOriginal) *ppOriginal = nullptr;
-    if (!o || !pszString) return 0;
-    VTX_POTLMBR_T sib = pParent ? childNamed(o, pParent, pszString, usAliasTable) : nullptr;
-    VTX_POTLMBR_T orig = nullptr;
-    if (sib && !otlMbrIsSharedShare(sib)) {
-        orig = sib;
-    } else {
-        orig = findMember(o, nullptr, [&](VTX_POTLMBR_T m) {
-            return !otlMbrIsSharedShare(m) && same(o, keyOf(o, m, usAliasTable), pszString);
-        });
+    if (!pOutline || !pszString) return 0;
+    vTX_PNETCTX_T ctx = ctxOf(pNetCtx, pOutline);
+    ChainIt it;
+    if (!placeOn(pOutline->pExtendedHashTable, pszString, it)) return 0;
+    VTX_POTLMBR_T sibling = nullptr, original = nullptr;
+    for (; !(sibling && original); (void)extendedHashItIncrement(it.it())) {
+        VTX_SHORT_T cmp = 1;
+        VTX_POTLMBR_T m = otlMatchHashString(ctx, pOutline, it.it(), pszString, nullptr, pOutline->fCaseSensitive,
+                                             usAliasTable == 0, usAliasTable != 0, OTL_OPT_ALL, usAliasTable, nullptr,
+                                             &cmp);
+        if (!m) break;
+        if (!sibling && pParent && m->pParent == pParent) sibling = m;
+        if (!original && !isShared(m)) original = m;
     }
-    if (ppMbr) *ppMbr = sib;
-    if (ppOriginal) *ppOriginal = orig;
-    return sib != nullptr;
+    if (ppMbr) *ppMbr = sibling;
+    if (ppOriginal) *ppOriginal = original;
+    return sibling ? 1 : 0;
 }
 
-OTL_WALK VTX_BOOL_T otlIsNameDuplicated(vTX_PNETCTX_T, VTX_POTL_T o, VTX_CSTR_T pszString, VTX_USHORT_T usAliasTable,
-                               VTX_ULONG_T *pulCount) {
-    if (pulCount) *pulCount = 0;
-    // Only an outline of duplicate names counts repeated names.
-    if (!o || !pszString || !o->bNonUniqueName) return 0;
-    VTX_ULONG_T n = 0;
-    findMember(o, nullptr, [&](VTX_POTLMBR_T m) {
-        if (!otlMbrIsSharedShare(m) && same(o, keyOf(o, m, usAliasTable), pszString)) ++n;
-        return false;
-    });
-    if (n < 2) return 0;
-    if (pulCount) *pulCount = n - 1;
-    return 1;
-}
-
-OTL_WALK VTX_BOOL_T otlHashIsStringExist(vTX_PNETCTX_T, VTX_POTL_T o, VTX_CSTR_T pszString, VTX_USHORT_T usAliasTable,
-                                HASH_NUM_T *hashNum, HASH_POS_T *hashPos) {
-    if (hashNum) *hashNum = OTL_HASH_NONE;
-    if (hashPos) *hashPos = OTL_HASH_NONE;
-    if (!o || !pszString) return 0;
-    return findMember(o, nullptr, [&](VTX_POTLMBR_T m) {
-               if (isAttrMember(m) && same(o, m->MbrInfo.szMember, pszString)) return true;
-               if (usAliasTable == 0) {
-                   if (isAttrMember(m)) {
-                       for (VTX_USHORT_T t = 1; t <= o->usNumAliasTables; ++t)
-                           if (same(o, keyOf(o, m, t), pszString)) return true;
-                       return false;
-                   }
-                   return otlGetShare(m) != VTX_SHARE_SHARED && same(o, m->MbrInfo.szMember, pszString);
-               }
-               return same(o, keyOf(o, m, usAliasTable), pszString);
-           }) != nullptr;
-}
-
-OTL_WALK VTX_BOOL_T otlIsNameExistInDimension(vTX_PNETCTX_T, VTX_POTL_T o, VTX_POTLMBR_T pDim, VTX_CSTR_T pszString,
-                                     VTX_USHORT_T usAliasTable, VTX_POTLMBR_T *pMember) {
+VTX_BOOL_T otlIsNameExistInDimension(vTX_PNETCTX_T pNetCtx, VTX_POTL_T pOutline, VTX_POTLMBR_T pDim,
+                                     VTX_CSTR_T pszString, VTX_USHORT_T usAliasTable, VTX_POTLMBR_T *pMember) {
     VTX_POTLMBR_T skip = pMember ? *pMember : nullptr;
     if (pMember) *pMember = nullptr;
-    if (!o || !pszString) return 0;
-    VTX_POTLMBR_T found = findMember(o, pDim, [&](VTX_POTLMBR_T m) {
-        if (m == skip || !same(o, keyOf(o, m, usAliasTable), pszString)) return false;
-        return usAliasTable != 0 || !otlMbrIsSharedShare(m);
-    });
-    if (pMember) *pMember = found;
-    return found != nullptr;
-}
-
-OTL_WALK VTX_BOOL_T otlIsNameExistInDimensionAtGenLevel(vTX_PNETCTX_T, VTX_POTL_T o, VTX_POTLMBR_T pDim, VTX_POTLMBR_T pParent,
-                                               VTX_CSTR_T pszString, VTX_USHORT_T usAliasTable, VTX_BOOL_T fGen,
-                                               VTX_POTLMBR_T *pMember) {
-    VTX_POTLMBR_T skip = pMember ? *pMember : nullptr;
-    if (pMember) *pMember = nullptr;
-    if (!o || !pParent || !pszString) return 0;
-    const VTX_ULONG_T target = fGen ? (VTX_ULONG_T)pParent->MbrInfo.usGen + 1
-                                    : (pParent->MbrInfo.usLevel ? (VTX_ULONG_T)pParent->MbrInfo.usLevel - 1 : 0);
-    VTX_POTLMBR_T found = findMember(o, pDim, [&](VTX_POTLMBR_T m) {
-        if (m == skip) return false;
-        // Any name or alias of the member names it here.
-        bool named = false;
-        if (usAliasTable == 0) {
-            for (VTX_USHORT_T t = 0; t <= o->usNumAliasTables && !named; ++t) named = same(o, keyOf(o, m, t), pszString);
-        } else {
-            named = same(o, keyOf(o, m, usAliasTable), pszString);
+    if (!pOutline || !pszString) return 0;
+    vTX_PNETCTX_T ctx = ctxOf(pNetCtx, pOutline);
+    ChainIt it;
+    if (!placeOn(pOutline->pExtendedHashTable, pszString, it)) return 0;
+    for (;; (void)extendedHashItIncrement(it.it())) {
+        VTX_SHORT_T cmp = 1;
+        VTX_POTLMBR_T m = otlMatchHashString(ctx, pOutline, it.it(), pszString, nullptr, pOutline->fCaseSensitive,
+                                             usAliasTable == 0, usAliasTable != 0, OTL_OPT_UNSHARED, usAliasTable, pDim,
+                                             &cmp);
+        if (!m) return 0;
+        if (m != skip) {
+            if (pMember) *pMember = m;
+            return 1;
         }
-        if (!named) return false;
-        VTX_ULONG_T at = fGen ? m->MbrInfo.usGen : (m == pParent ? (VTX_ULONG_T)m->MbrInfo.usLevel + 1 : m->MbrInfo.usLevel);
-        return at == target;
-    });
-    if (pMember) *pMember = found;
-    return found != nullptr;
+    }
 }
 
-OTL_WALK VTX_BOOL_T adShrOtlIsGenLevUniqueNameSet(VTX_HOUTLINE_T, VTX_POTLMBR_T pDim, VTX_BOOL_T fGen,
-                                         VTX_USHORT_T usGenLevel) {
-    if (!pDim || OTL_IS_SMALL(pDim)) return 0;
+VTX_BOOL_T otlIsNameExistInDimensionAtGenLevel(vTX_PNETCTX_T pNetCtx, VTX_POTL_T pOutline, VTX_POTLMBR_T pDim,
+                                               VTX_POTLMBR_T pParent, VTX_CSTR_T pszString, VTX_USHORT_T usAliasTable,
+                                               VTX_BOOL_T fGen, VTX_POTLMBR_T *pMember) {
+    VTX_POTLMBR_T skip = pMember ? *pMember : nullptr;
+    if (pMember) *pMember = nullptr;
+    if (!pOutline || !pszString || !pParent) return 0;
+    vTX_PNETCTX_T ctx = ctxOf(pNetCtx, pOutline);
+    const VTX_USHORT_T target = fGen ? (VTX_USHORT_T)(pParent->MbrInfo.usGen + 1)
+                                     : (VTX_USHORT_T)(pParent->MbrInfo.usLevel ? pParent->MbrInfo.usLevel - 1 : 0);
+    ChainIt it;
+    if (!placeOn(pOutline->pExtendedHashTable, pszString, it)) return 0;
+    for (;; (void)extendedHashItIncrement(it.it())) {
+        VTX_SHORT_T cmp = 1;
+        VTX_POTLMBR_T m = otlMatchHashString(ctx, pOutline, it.it(), pszString, nullptr, pOutline->fCaseSensitive, 0, 1,
+                                             OTL_OPT_UNSHARED, usAliasTable, pDim, &cmp);
+        if (!m) return 0;
+        if (m == skip) continue;
+        // The parent is measured as it will be once it has the new child.
+        VTX_USHORT_T at = fGen ? m->MbrInfo.usGen : m->MbrInfo.usLevel;
+        if (!fGen && m == pParent) at = (VTX_USHORT_T)(at + 1);
+        if (at == target) {
+            if (pMember) *pMember = m;
+            return 1;
+        }
+    }
+}
+
+VTX_BOOL_T adShrOtlIsGenLevUniqueNameSet(VTX_HOUTLINE_T, VTX_POTLMBR_T pDim, VTX_BOOL_T fGen, VTX_USHORT_T usGenLevel) {
+    if (!isLarge(pDim)) return 0;
     for (VTX_PNAMELIST_T n = L(pDim)->pNameList; n; n = n->pNext)
         if ((n->fGen != 0) == (fGen != 0) && n->usGenOrLevel == usGenLevel && n->fUniqueName) return 1;
     return 0;
 }
 
-// ---- keeping the index in step --------------------------------------------------------------
+// ---- dimension name filter ------------------------------------------------------
 
-OTL_WALK VTX_STS_T otlHashAddItem(vTX_PNETCTX_T, VTX_POTL_T pOutline, VTX_POTLMBR_T pItemToHash, VTX_POTLMBR_T,
-                         HASH_NUM_T, HASH_POS_T) {
-    return pOutline && pItemToHash ? 0 : VTX_STS_NULL_ARG;
-}
+VTX_BOOL_T bBloomFilterActive = 0;
 
-OTL_WALK VTX_STS_T otlHashAddString(vTX_PNETCTX_T, VTX_POTL_T pOutline, VTX_POTLMBR_T pItem, VTX_CSTR_T, VTX_USHORT_T,
-                           HASH_NUM_T, HASH_POS_T) {
-    return pOutline && pItem ? 0 : VTX_STS_NULL_ARG;
-}
-
-OTL_WALK VTX_STS_T otlHashDeleteString(vTX_PNETCTX_T, VTX_POTL_T o, VTX_POTLMBR_T pItem, VTX_CSTR_T pszString,
-                              VTX_USHORT_T usAliasTable) {
-    if (!o || !pItem || !pszString) return VTX_STS_NULL_ARG;
-    // 1: the member holds no such text in that table.
-    const char *key = keyOf(o, pItem, usAliasTable);
-    return key && std::strcmp(key, pszString) == 0 ? 0 : 1;
-}
-
-OTL_WALK VTX_STS_T otlHashDeleteItem(vTX_PNETCTX_T, VTX_POTL_T o, VTX_POTLMBR_T pItem) {
-    if (!o || !pItem) return VTX_STS_NULL_ARG;
-    // The host hears of every member that leaves the index.
-    if (o->cbDeleteMember && pItem->ulHdl32) o->cbDeleteMember(o, pItem, pItem->ulHdl32);
-    return 0;
-}
-
-OTL_WALK VTX_STS_T otlHashDeleteItemTree(vTX_PNETCTX_T pNetCtx, VTX_POTL_T o, VTX_POTLMBR_T pItem) {
-    for (VTX_POTLMBR_T p = pItem; p; p = p->pSibling) {
-        if (VTX_STS_T sts = otlHashDeleteItem(pNetCtx, o, p)) return sts;
-        if (p->pChild)
-            if (VTX_STS_T sts = otlHashDeleteItemTree(pNetCtx, o, p->pChild)) return sts;
-    }
-    return 0;
-}
-
-OTL_WALK VTX_STS_T otlHashDeleteItemResetDup(vTX_PNETCTX_T pNetCtx, VTX_POTL_T o, VTX_POTLMBR_T pItem) {
-    // Repeated names are counted from the tree, so a member gone is a
-    // repetition gone.
-    return otlHashDeleteItem(pNetCtx, o, pItem);
-}
-
-OTL_WALK VTX_STS_T otlHashDeleteItemTreeResetDup(vTX_PNETCTX_T pNetCtx, VTX_POTL_T o, VTX_POTLMBR_T pItem) {
-    return otlHashDeleteItemTree(pNetCtx, o, pItem);
-}
-
-OTL_WALK void otlMbrClearDuplicateItem(VTX_POTLMBR_T pItem) {
-    if (!pItem) return;
-    pItem->ucFlags &= (VTX_UCHAR_T)~OTL_FLAG_DUP;
-    pItem->ucNameUnique = 0;
-}
-
-// ---- dimension name filter --------------------------------------------------------------------
-
-OTL_WALK VTX_ULONG_T otlIsNameDupAmongDimensionsBloomFilterHashIdFunction(VTX_POTL_T o, VTX_CSTR_T name) {
-    if (!name) name = "";
-    char buf[VTX_MBRNAME_LEN];
-    const char *text = name;
-    if (o && !o->fCaseSensitive) {
-        void *loc = o->pNetCtx ? o->pNetCtx->pLocale : nullptr;
-        if (adGlobStrMapToUpper(loc, buf, sizeof buf, name, -1, 0x80000025) >= 0) text = buf;
+VTX_ULONG_T otlIsNameDupAmongDimensionsBloomFilterHashIdFunction(VTX_POTL_T pOutline, VTX_CSTR_T name) {
+    char folded[VTX_MBRNAME_LEN];
+    const char *text = name ? name : "";
+    if (pOutline && !pOutline->fCaseSensitive && *text) {
+        int n = adGlobStrMapToUpper(pOutline->pLocale, folded, sizeof folded, text, -1, 0x80000025);
+        if (n >= 0) text = folded;
     }
     VTX_ULONG64_T h = 5381;
-    for (const char *c = text; *c; ++c) h = h * 33 + (VTX_ULONG64_T)(int64_t)(signed char)*c;
-    return (VTX_ULONG_T)(h % 4099);
+    for (const char *p = text; *p; ++p)
+        h = h * 33 + static_cast<VTX_ULONG64_T>(static_cast<int64_t>(static_cast<signed char>(*p)));
+    return static_cast<VTX_ULONG_T>(h % 4099);
 }
 
-OTL_WALK VTX_BOOL_T otlIsNameDupAmongDimensionsBloomFilter(VTX_POTL_T o, VTX_CSTR_T name) {
-    if (!o) return 0;
-    VTX_ULONG_T b = otlIsNameDupAmongDimensionsBloomFilterHashIdFunction(o, name);
-    return (o->dimBloomFilter[b / 8] >> (b % 8)) & 1;
+VTX_BOOL_T otlIsNameDupAmongDimensionsBloomFilter(VTX_POTL_T pOutline, VTX_CSTR_T name) {
+    if (!pOutline) return 0;
+    const VTX_ULONG_T bit = otlIsNameDupAmongDimensionsBloomFilterHashIdFunction(pOutline, name);
+    return (pOutline->dimBloomFilter[bit / 8] >> (bit % 8)) & 1;
 }
 
-OTL_WALK void otlIsNameDupAmongDimensionsBloomFilterLoadDimNames(VTX_POTL_T o) {
-    if (!o) return;
-    std::memset(o->dimBloomFilter, 0, sizeof o->dimBloomFilter);
-    for (VTX_POTLMBR_T d = o->pHeadItem ? o->pHeadItem->pChild : nullptr; d; d = d->pSibling) {
-        VTX_ULONG_T b = otlIsNameDupAmongDimensionsBloomFilterHashIdFunction(o, d->MbrInfo.szMember);
-        o->dimBloomFilter[b / 8] |= (VTX_UCHAR_T)(1u << (b % 8));
-    }
+void otlIsNameDupAmongDimensionsBloomFilterLoadDimNames(VTX_POTL_T pOutline) {
+    if (!pOutline) return;
+    std::memset(pOutline->dimBloomFilter, 0, sizeof pOutline->dimBloomFilter);
+    if (pOutline->pHeadItem)
+        for (VTX_POTLMBR_T d = pOutline->pHeadItem->pChild; d; d = d->pSibling) {
+            const VTX_ULONG_T bit = otlIsNameDupAmongDimensionsBloomFilterHashIdFunction(pOutline, d->MbrInfo.szMember);
+            pOutline->dimBloomFilter[bit / 8] |= static_cast<VTX_UCHAR_T>(1u << (bit % 8));
+        }
     bBloomFilterActive = 1;
 }
 
-OTL_WALK void otlIsNameDupAmongDimensionsBloomFilterClear(VTX_POTL_T) { bBloomFilterActive = 0; }
+void otlIsNameDupAmongDimensionsBloomFilterClear(VTX_POTL_T) { bBloomFilterActive = 0; }
 
-OTL_WALK VTX_BOOL_T otlIsNameDupAmongDimensions(VTX_POTL_T o, VTX_CSTR_T pszString, VTX_USHORT_T, VTX_POTLMBR_T *ppMbr) {
-    if (!o || !pszString) return 0;
-    if (bBloomFilterActive && !otlIsNameDupAmongDimensionsBloomFilter(o, pszString)) return 0;
+VTX_BOOL_T otlIsNameDupAmongDimensions(VTX_POTL_T pOutline, VTX_CSTR_T pszString, VTX_USHORT_T, VTX_POTLMBR_T *ppMbr) {
+    if (!pOutline || !pszString) return 0;
+    if (bBloomFilterActive && !otlIsNameDupAmongDimensionsBloomFilter(pOutline, pszString)) return 0;
     if (ppMbr) *ppMbr = nullptr;
-    for (VTX_POTLMBR_T d = o->pHeadItem ? o->pHeadItem->pChild : nullptr; d; d = d->pSibling)
-        if (same(o, d->MbrInfo.szMember, pszString)) {
-            if (ppMbr) *ppMbr = d;
-            return 1;
+    if (!pOutline->pHeadItem) return 0;
+    for (VTX_POTLMBR_T d = pOutline->pHeadItem->pChild; d; d = d->pSibling) {
+        if (!d->MbrInfo.szMember || otlCompareNames(pOutline, d->MbrInfo.szMember, pszString) != 0) continue;
+        if (ppMbr) *ppMbr = d;
+        return 1;
+    }
+    return 0;
+}
+
+// ---- the exported finds -------------------------------------------------------------
+//
+// Each runs in the frame of an exported call, uses the lookups above
+// without their own reporting, and reports once: a name that names no
+// member, or more than one, is 1060200 with the name.
+
+namespace {
+
+// The dimension record of an outline by its name.
+VTX_POTLMBR_T dimensionNamed(VTX_POTL_T o, const char *name) {
+    if (!o->pHeadItem || !name) return nullptr;
+    for (VTX_POTLMBR_T d = o->pHeadItem->pChild; d; d = d->pSibling)
+        if (!OTL_IS_HIDDEN(d) && d->MbrInfo.szMember && otlCompareNames(o, d->MbrInfo.szMember, name) == 0) return d;
+    return nullptr;
+}
+
+// The end of every find: a member, or 1060200 naming the text.
+VTX_STS_T findAnswer(const otl::CallFrame &f, VTX_STS_T sts, VTX_POTLMBR_T m, const char *text, const char *call,
+                     VTX_HMEMBER_T *phMember) {
+    if (!sts && m) {
+        *phMember = m;
+        return 0;
+    }
+    if (!sts || sts == VTX_STS_NOT_FOUND) return f.fail(VTX_STS_NOT_FOUND, text, VTX_MSGARG_STR);
+    if (sts == VTX_STS_NO_MEMORY) return f.fail(VTX_STS_NO_MEMORY, call, VTX_MSGARG_STR);
+    return f.fail(VTX_STS_LOOKUP_FAILED, call, VTX_MSGARG_STR);
+}
+
+// A member by name or alias, as the plain finds look for it.
+VTX_STS_T findNameOrAlias(VTX_POTL_T o, const char *text, VTX_USHORT_T usOption, VTX_POTLMBR_T *ppItem) {
+    vTX_PNETCTX_T ctx = o->pNetCtx;
+    HASH_NUM_T num;
+    HASH_POS_T pos;
+    VTX_STS_T sts = findByName(ctx, o, text, nullptr, 1, 1, 0, usOption, 0, nullptr, ppItem, num, pos, false);
+    // With duplicate names a text is looked for among member names first;
+    // an alias answers when no name does.
+    if (!sts && !*ppItem && o->bNonUniqueName) {
+        ChainIt it;
+        if (!otl::otlLooksLikePath(text) && placeOn(o->pExtendedHashTable, text, it)) {
+            VTX_POTLMBR_T first = nullptr;
+            for (;; (void)extendedHashItIncrement(it.it())) {
+                VTX_SHORT_T cmp = 1;
+                VTX_POTLMBR_T m = otlMatchHashString(ctx, o, it.it(), text, nullptr, o->fCaseSensitive, 0, 1,
+                                                     usOption, 0, nullptr, &cmp);
+                if (!m) break;
+                if (first && m != first) return VTX_STS_NOT_FOUND;
+                first = m;
+            }
+            *ppItem = first;
         }
+    }
+    return sts;
+}
+
+} // namespace
+
+VTX_STS_T adShrOtlFindMember(VTX_HOUTLINE_T hOutline, VTX_CSTR_T pszMember, VTX_HMEMBER_T *phMember) {
+    if (phMember) *phMember = nullptr;
+    otl::CallFrame f(hOutline, otl::kRead | otl::kQueryOk);
+    if (VTX_STS_T sts = f.enter()) return sts;
+    if (!pszMember || !phMember) return f.fail(VTX_STS_NULL_ARG, "adShrOtlFindMember", VTX_MSGARG_STR);
+    VTX_POTL_T o = f.outline();
+    return otl::otlGuard(f.ctx(), "adShrOtlFindMember", [&]() -> VTX_STS_T {
+        VTX_POTLMBR_T m = nullptr;
+        VTX_STS_T sts = findNameOrAlias(o, pszMember, OTL_OPT_UNSHARED, &m);
+        // The whole outline has a name of its own that no member takes.
+        if (!sts && !m && o->pHeadItem && otlStricmp(f.ctx(), pszMember, OTL_UNIVERSE_MEMBER) == 0)
+            m = o->pHeadItem;
+        return findAnswer(f, sts, m, pszMember, "adShrOtlFindMember", phMember);
+    });
+}
+
+VTX_STS_T adShrOtlFindMemberEx(VTX_HOUTLINE_T hOutline, VTX_CSTR_T pszMember, VTX_USHORT_T usOption,
+                               VTX_HMEMBER_T *phMember) {
+    if (phMember) *phMember = nullptr;
+    otl::CallFrame f(hOutline, otl::kRead);
+    if (VTX_STS_T sts = f.enter()) return sts;
+    if (!pszMember || !phMember) return f.fail(VTX_STS_NULL_ARG, "adShrOtlFindMemberEx", VTX_MSGARG_STR);
+    VTX_POTL_T o = f.outline();
+    return otl::otlGuard(f.ctx(), "adShrOtlFindMemberEx", [&]() -> VTX_STS_T {
+        VTX_POTLMBR_T m = nullptr;
+        VTX_STS_T sts = findNameOrAlias(o, pszMember, usOption, &m);
+        return findAnswer(f, sts, m, pszMember, "adShrOtlFindMemberEx", phMember);
+    });
+}
+
+VTX_STS_T adShrOtlFindMemberById(VTX_HOUTLINE_T hOutline, VTX_CSTR_T pszMemberId, VTX_USHORT_T usOption,
+                                 VTX_HMEMBER_T *phMember) {
+    if (phMember) *phMember = nullptr;
+    otl::CallFrame f(hOutline, otl::kRead);
+    if (VTX_STS_T sts = f.enter()) return sts;
+    if (!pszMemberId || !phMember) return f.fail(VTX_STS_NULL_ARG, "adShrOtlFindMemberById", VTX_MSGARG_STR);
+    VTX_POTL_T o = f.outline();
+    // Identifiers are the texts of the "Member ID" table, which only an
+    // outline of duplicate names has.
+    if (!o->bNonUniqueName || o->usNumAliasTables < 2)
+        return f.fail(VTX_STS_DUP_REQUIRED, "adShrOtlFindMemberById", VTX_MSGARG_STR);
+    return otl::otlGuard(f.ctx(), "adShrOtlFindMemberById", [&]() -> VTX_STS_T {
+        VTX_POTLMBR_T m = nullptr;
+        HASH_NUM_T num;
+        HASH_POS_T pos;
+        VTX_STS_T sts = findByName(f.ctx(), o, pszMemberId, nullptr, 0, 1, 0, usOption, 2, nullptr, &m, num, pos, true);
+        return findAnswer(f, sts, m, pszMemberId, "adShrOtlFindMemberById", phMember);
+    });
+}
+
+VTX_STS_T adShrOtlFindMemberByPath(VTX_HOUTLINE_T hOutline, VTX_CSTR_T pszMember, VTX_USHORT_T,
+                                   VTX_HMEMBER_T *phMember) {
+    if (phMember) *phMember = nullptr;
+    otl::CallFrame f(hOutline, otl::kRead);
+    if (VTX_STS_T sts = f.enter()) return sts;
+    if (!pszMember || !phMember) return f.fail(VTX_STS_NULL_ARG, "adShrOtlFindMemberByPath", VTX_MSGARG_STR);
+    VTX_POTL_T o = f.outline();
+    return otl::otlGuard(f.ctx(), "adShrOtlFindMemberByPath", [&]() -> VTX_STS_T {
+        VTX_POTLMBR_T m = nullptr;
+        otl::NameScratch scratch(f.ctx());
+        VTX_STS_T sts = findCombined(f.ctx(), o, pszMember, 1, 0, 0, 0, nullptr, &m, scratch);
+        // A malformed path says so, rather than naming no member.
+        if (sts && sts != VTX_STS_NOT_FOUND && sts != VTX_STS_NO_MEMORY) return f.fail(sts, pszMember, VTX_MSGARG_STR);
+        return findAnswer(f, sts, m, pszMember, "adShrOtlFindMemberByPath", phMember);
+    });
+}
+
+VTX_STS_T adShrOtlFindMemberInDim(VTX_HOUTLINE_T hOutline, VTX_HMEMBER_T hDim, VTX_CSTR_T szMember,
+                                  VTX_BOOL_T fReturnFirstInCaseOfDuplicates, VTX_HMEMBER_T *phMember) {
+    if (phMember) *phMember = nullptr;
+    otl::CallFrame f(hOutline, otl::kRead);
+    if (VTX_STS_T sts = f.enter({hDim})) return sts;
+    if (!hDim || !szMember || !phMember) return f.fail(VTX_STS_NULL_ARG, "adShrOtlFindMemberInDim", VTX_MSGARG_STR);
+    VTX_POTLMBR_T dim = static_cast<VTX_POTLMBR_T>(hDim);
+    if (dim->MbrInfo.usGen != 1) return f.fail(VTX_STS_NOT_A_DIMENSION);
+    VTX_POTL_T o = f.outline();
+    return otl::otlGuard(f.ctx(), "adShrOtlFindMemberInDim", [&]() -> VTX_STS_T {
+        VTX_POTLMBR_T m = nullptr;
+        HASH_NUM_T num;
+        HASH_POS_T pos;
+        VTX_STS_T sts = findByName(f.ctx(), o, szMember, nullptr, 1, 0, fReturnFirstInCaseOfDuplicates,
+                                   OTL_OPT_UNSHARED, 0, dim, &m, num, pos, false);
+        return findAnswer(f, sts, m, szMember, "adShrOtlFindMemberInDim", phMember);
+    });
+}
+
+VTX_STS_T adShrOtlFindMemberInDimension(VTX_HOUTLINE_T hOutline, VTX_CSTR_T szDim, VTX_CSTR_T szMember,
+                                        VTX_HMEMBER_T *phMember) {
+    if (phMember) *phMember = nullptr;
+    otl::CallFrame f(hOutline, otl::kRead);
+    if (VTX_STS_T sts = f.enter()) return sts;
+    if (!szDim || !szMember || !phMember)
+        return f.fail(VTX_STS_NULL_ARG, "adShrOtlFindMemberInDimension", VTX_MSGARG_STR);
+    VTX_POTL_T o = f.outline();
+    return otl::otlGuard(f.ctx(), "adShrOtlFindMemberInDimension", [&]() -> VTX_STS_T {
+        VTX_POTLMBR_T dim = dimensionNamed(o, szDim);
+        if (!dim) return f.fail(VTX_STS_NOT_FOUND, szDim, VTX_MSGARG_STR);
+        VTX_POTLMBR_T m = nullptr;
+        HASH_NUM_T num;
+        HASH_POS_T pos;
+        VTX_STS_T sts = findByName(f.ctx(), o, szMember, nullptr, 1, 0, 0, OTL_OPT_UNSHARED, 0, dim, &m, num, pos,
+                                   false);
+        return findAnswer(f, sts, m, szMember, "adShrOtlFindMemberInDimension", phMember);
+    });
+}
+
+VTX_STS_T adShrOtlFindDim(VTX_HOUTLINE_T hOutline, VTX_HMEMBER_T hMember, VTX_HMEMBER_T *phDim) {
+    if (phDim) *phDim = nullptr;
+    otl::CallFrame f(hOutline, otl::kRead);
+    if (VTX_STS_T sts = f.enter({hMember})) return sts;
+    if (!hMember || !phDim) return f.fail(VTX_STS_NULL_ARG, "adShrOtlFindDim", VTX_MSGARG_STR);
+    VTX_POTLMBR_T dim = otlGetDim(static_cast<VTX_POTLMBR_T>(hMember));
+    // The root stands above every dimension.
+    if (!dim) return f.fail(VTX_STS_NO_DIM_FOUND, "adShrOtlFindDim", VTX_MSGARG_STR);
+    *phDim = dim;
     return 0;
 }
 

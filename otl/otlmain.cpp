@@ -31,10 +31,7 @@ VTX_POTL_T toOutline(VTX_HOUTLINE_T h) { return static_cast<VTX_POTL_T>(h); }
 
 // Parts of the outline that later areas build; each answers what holds for
 // an outline that does not have them yet.
-//   - the member index: built by the index area; until then lookups walk the tree.
 //   - smart lists, property definitions, attribute globals: none exist yet.
-VTX_STS_T otlHashInitSeam(vTX_PNETCTX_T, VTX_POTL_T) { return 0; }
-void otlHashFreeSeam(vTX_PNETCTX_T, VTX_POTL_T) {}
 
 // The dimensions of the outline, in order.
 template <class F>
@@ -135,7 +132,7 @@ VTX_STS_T otlCreateOutlineData(vTX_PNETCTX_T pNetCtx, VTX_POTL_T *ppOutline, VTX
     if (!sts) {
         p->pLocale = pNetCtx ? pNetCtx->pLocale : nullptr;
         if (!bOPG) {
-            sts = otlHashInitSeam(pNetCtx, p);
+            sts = otlHashInit(pNetCtx, p);
             if (!sts) sts = otlCreateDTSMbrs(pNetCtx, p);
         }
     }
@@ -158,7 +155,7 @@ VTX_STS_T otlFreeOutlineData(vTX_PNETCTX_T pNetCtx, VTX_POTL_T p) {
     otlFreeMemList(pNetCtx, p);
     otlFreeAliasArray(pNetCtx, p);
     otlFreeDTSMbrs(pNetCtx, p);
-    otlHashFreeSeam(pNetCtx, p);
+    (void)otlHashFree(pNetCtx, p);  // closing: nothing to report to
     (void)otlFreeMem(pNetCtx, p->pDupMbrArry);
     p->pDupMbrArry = nullptr;
     (void)otlFreeMem(pNetCtx, p->DimTable);

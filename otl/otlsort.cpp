@@ -743,6 +743,10 @@ extern "C" void otlPromoteSharedCopies(VTX_POTL_T o, VTX_POTLMBR_T *copies, VTX_
         VTX_POTLMBR_T chosen = copies[i];
         VTX_POTLMBR_T origin = origins[i];
         otlSetShare(chosen, VTX_SHARE_STORE);
+        // It now holds data: the counts the edits keep say so.
+        ++o->Counts.ulRealMembers;
+        if (o->Counts.pDimensionMaps && chosen->ulDimno >= 1 && chosen->ulDimno <= o->DimTableSize)
+            ++o->Counts.pDimensionMaps[chosen->ulDimno - 1].ulMembers;
         chosen->OriginalMbr.hOriginalMbr = nullptr;
         copies[i] = nullptr;
         for (VTX_ULONG_T j = i + 1; j < count; ++j) {
@@ -753,4 +757,21 @@ extern "C" void otlPromoteSharedCopies(VTX_POTL_T o, VTX_POTLMBR_T *copies, VTX_
     }
     o->fVerified = 0;
     o->ucStateFlag |= OTL_STATE_EDITED;
+}
+
+extern "C" void otlAddChildBlock(VTX_POTLMBR_T pParent, VTX_POTLMBR_T pChild) {
+    if (!pParent || !pChild) return;
+    VTX_POTLMBR_T tail = pChild;
+    for (VTX_POTLMBR_T c = pChild; c; c = c->pSibling) {
+        c->pParent = pParent;
+        otlSetParentLevels(c);
+        tail = c;
+    }
+    pChild->pPrevSibling = nullptr;
+    tail->pSibling = pParent->pChild;
+    if (pParent->pChild) pParent->pChild->pPrevSibling = tail;
+    pParent->pChild = pChild;
+    pParent->ulSiblingCount++;
+    // Generations from the parent down, and the parent's last visible child.
+    otlResetGens(pChild, (VTX_USHORT_T)(pParent->MbrInfo.usGen + 1));
 }

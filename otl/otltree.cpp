@@ -823,11 +823,20 @@ VTX_STS_T dimUniquenessTests(VTX_POTL_T o, VTX_POTLMBR_T pParent, const char *na
     return 0;
 }
 
+// Where a lookup of the new name found it, or room for it: handed to the
+// insert of step 16 so that the name is probed once per add.
+struct HashPlace {
+    HASH_NUM_T num = OTL_HASH_NONE;
+    HASH_POS_T pos = OTL_HASH_NONE;
+};
+
 // Step 9 of the add: may the name stand there?  A clash hands the member
-// found to *ppFound.
+// found to *ppFound; a pass leaves the name's position in *pAt.
 VTX_STS_T addNameTests(VTX_POTL_T o, const vtx_mbrinfo_t *pMbrInfo, const Place &pl,
                        VTX_BOOL_T fReportDupSibsForUnique, VTX_USHORT_T usVerifyType, VTX_POTLMBR_T *ppFound,
-                       Refusal &r) {
+                       Refusal &r, HashPlace *pAt = nullptr) {
+    HashPlace ignored;
+    HashPlace &at = pAt ? *pAt : ignored;
     vTX_PNETCTX_T ctx = o->pNetCtx;
     const char *name = pMbrInfo->szMember;
     const bool shared = pMbrInfo->usShare == VTX_SHARE_SHARED;
@@ -835,7 +844,7 @@ VTX_STS_T addNameTests(VTX_POTL_T o, const vtx_mbrinfo_t *pMbrInfo, const Place 
     if (!o->bNonUniqueName) {
         if (!shared) {
             VTX_POTLMBR_T found = nullptr;
-            VTX_STS_T sts = otlHashFindItemByName(ctx, o, name, nullptr, 1, 1, 1, 0, nullptr, &found, nullptr, nullptr);
+            VTX_STS_T sts = otlHashFindItemByName(ctx, o, name, nullptr, 1, 1, 1, 0, nullptr, &found, &at.num, &at.pos);
             if (sts) return r.set(sts, name, VTX_MSGARG_STR);
             if (found && !(quiet && otlMbrIsSharedShare(found))) {
                 *ppFound = found;
@@ -867,7 +876,7 @@ VTX_STS_T addNameTests(VTX_POTL_T o, const vtx_mbrinfo_t *pMbrInfo, const Place 
         return r.set(VTX_STS_DUP_WITH_DIM, name, VTX_MSGARG_STR, nullptr, 0, true);
     }
     found = nullptr;
-    if (otlHashIsNameDupAmongSiblings(ctx, o, pl.parent, name, 0, &found, nullptr, nullptr)) {
+    if (otlHashIsNameDupAmongSiblings(ctx, o, pl.parent, name, 0, &found, &at.num, &at.pos)) {
         *ppFound = found;
         return r.set(VTX_STS_SIBLING_NOT_UNIQUE, nullptr, 0, nullptr, 0, true);
     }
@@ -921,9 +930,13 @@ void syncItemFromWork(VTX_POTLMBR_T pItem, VTX_POTLMBRLARGE_T pWork) {
 
 } // namespace
 
-extern "C" VTX_STS_T otlAddMemberCommon(VTX_POTL_T o, vtx_mbrinfo_t *pMbrInfo, VTX_POTLMBR_T pParent,
-                                        VTX_POTLMBR_T pPrevSibling, VTX_POTLMBR_T *ppMember,
-                                        VTX_USHORT_T usVerifyType, VTX_POUTERROR_T pMbrError) {
+namespace {
+
+// The add from the record on.  at: the position of the name found by the
+// name tests, when they looked it up in the index as it stands now.
+VTX_STS_T addMemberCommon(VTX_POTL_T o, vtx_mbrinfo_t *pMbrInfo, VTX_POTLMBR_T pParent, VTX_POTLMBR_T pPrevSibling,
+                          VTX_POTLMBR_T *ppMember, VTX_USHORT_T usVerifyType, VTX_POUTERROR_T pMbrError,
+                          HashPlace at) {
     if (ppMember) *ppMember = nullptr;
     if (!o || !pMbrInfo || !pParent) return VTX_STS_NULL_ARG;
     vTX_PNETCTX_T ctx = o->pNetCtx;
@@ -942,6 +955,7 @@ extern "C" VTX_STS_T otlAddMemberCommon(VTX_POTL_T o, vtx_mbrinfo_t *pMbrInfo, V
     VTX_POTLMBRLARGE_T pWork = small ? &workStore : L(pItem);
 
     int stage = 0;   // how far the add went, for undoing it
+    bool hashed = false;   // the record's texts are in the index
     VTX_UCHAR_T parentFlags2 = pParent->ucFlags2;
     VTX_USHORT_T parentInfo = pParent->MbrInfo.ucInfoFlags;
     VTX_USHORT_T prevInfo = pPrevSibling ? pPrevSibling->MbrInfo.ucInfoFlags : 0;
@@ -959,7 +973,7 @@ extern "C" VTX_STS_T otlAddMemberCommon(VTX_POTL_T o, vtx_mbrinfo_t *pMbrInfo, V
             pParent->MbrInfo.ulChildCount--;
             pParent->ucFlags2 = parentFlags2;
         }
-        if (stage >= 16) (void)otlHashDeleteItem(ctx, o, pItem);  // takes out what step 16 put in
+        if (hashed) (void)otlHashDeleteItem(ctx, o, pItem);  // takes out what step 16 put in; cannot refuse
         if (stage >= 12) (void)otlUnattachItem(ctx, pItem, 1);    // a new leaf: levels only fall back
         if (small) otlFreeLargeItemStrings(ctx, pWork, 1);
         otlFreeItem(ctx, o, pItem);
@@ -1016,11 +1030,16 @@ extern "C" VTX_STS_T otlAddMemberCommon(VTX_POTL_T o, vtx_mbrinfo_t *pMbrInfo, V
         undo();
         return sts;
     }
-    // Step 16.
-    sts = otlHashAddItem(ctx, o, pItem, (VTX_POTLMBR_T)pWork, OTL_HASH_NONE, OTL_HASH_NONE);
-    if (sts) {
-        undo();
-        return sts;
+    // Step 16.  Entries name their member by dimension id, and a new
+    // dimension has its id only once it stands in the dimension table
+    // (step 20): it enters the index there.
+    if (!isDim) {
+        sts = otlHashAddItem(ctx, o, pItem, (VTX_POTLMBR_T)pWork, at.num, at.pos);
+        if (sts) {
+            undo();
+            return sts;
+        }
+        hashed = true;
     }
     stage = 16;
     // Step 17: the member alone is verified; its findings undo the add.
@@ -1056,6 +1075,14 @@ extern "C" VTX_STS_T otlAddMemberCommon(VTX_POTL_T o, vtx_mbrinfo_t *pMbrInfo, V
         return sts;
     }
     stage = 20;
+    if (isDim) {
+        sts = otlHashAddItem(ctx, o, pItem, (VTX_POTLMBR_T)pWork, at.num, at.pos);
+        if (sts) {
+            undo();
+            return sts;
+        }
+        hashed = true;
+    }
     if (ppMember) *ppMember = pItem;
     // Step 22.
     if (o->fKeepTrans) {
@@ -1105,6 +1132,14 @@ extern "C" VTX_STS_T otlAddMemberCommon(VTX_POTL_T o, vtx_mbrinfo_t *pMbrInfo, V
         pItem->persistMbrId = (VTX_INT32_T)o->nextPersistMbrIds[d]++;
     }
     return 0;
+}
+
+} // namespace
+
+extern "C" VTX_STS_T otlAddMemberCommon(VTX_POTL_T o, vtx_mbrinfo_t *pMbrInfo, VTX_POTLMBR_T pParent,
+                                        VTX_POTLMBR_T pPrevSibling, VTX_POTLMBR_T *ppMember,
+                                        VTX_USHORT_T usVerifyType, VTX_POUTERROR_T pMbrError) {
+    return addMemberCommon(o, pMbrInfo, pParent, pPrevSibling, ppMember, usVerifyType, pMbrError, HashPlace{});
 }
 
 namespace {
@@ -1163,12 +1198,13 @@ VTX_STS_T adShrOtlAddMemberDupSibsCheck(VTX_HOUTLINE_T hOutline, vtx_mbrinfo_t *
     return otl::otlGuard(c.f.ctx(), "adShrOtlAddMemberDupSibsCheck", [&]() -> VTX_STS_T {
         if (addPrechecks(o, pMbrInfo, c.pl, usVerifyType, c.r)) return report(c.f, c.r);
         VTX_POTLMBR_T found = nullptr;
-        if (addNameTests(o, pMbrInfo, c.pl, fReportDupSibsForUnique, usVerifyType, &found, c.r)) {
+        HashPlace at;
+        if (addNameTests(o, pMbrInfo, c.pl, fReportDupSibsForUnique, usVerifyType, &found, c.r, &at)) {
             if (phMember) *phMember = found;
             return report(c.f, c.r);
         }
         VTX_POTLMBR_T pItem = nullptr;
-        VTX_STS_T sts = otlAddMemberCommon(o, pMbrInfo, c.pl.parent, c.pl.prev, &pItem, usVerifyType, pMbrError);
+        VTX_STS_T sts = addMemberCommon(o, pMbrInfo, c.pl.parent, c.pl.prev, &pItem, usVerifyType, pMbrError, at);
         if (sts) return c.f.fail(sts);
         if (phMember) *phMember = pItem;
         return c.success();
@@ -1230,12 +1266,14 @@ void handBack(VTX_POTLMBR_T found, VTX_HMEMBER_T *phMember, VTX_HMEMBER_T *phPar
 // names: a name may stand once, and a shared member needs its stored member
 // outside its own ancestors.
 VTX_STS_T buildNameTests(VTX_POTL_T o, const vtx_mbrinfo_t *pMbrInfo, const Place &pl, VTX_USHORT_T usVerifyType,
-                         VTX_POTLMBR_T *ppFound, Refusal &r) {
+                         VTX_POTLMBR_T *ppFound, Refusal &r, HashPlace *pAt = nullptr) {
     vTX_PNETCTX_T ctx = o->pNetCtx;
     const char *name = pMbrInfo->szMember;
     const bool quiet = usVerifyType == OTL_VERIFY_QUIET;
     VTX_POTLMBR_T found = nullptr;
-    VTX_STS_T sts = otlHashFindItemByName(ctx, o, name, nullptr, 1, 1, 1, 0, nullptr, &found, nullptr, nullptr);
+    HashPlace ignored;
+    HashPlace &at = pAt ? *pAt : ignored;
+    VTX_STS_T sts = otlHashFindItemByName(ctx, o, name, nullptr, 1, 1, 1, 0, nullptr, &found, &at.num, &at.pos);
     if (sts) return r.set(sts, name, VTX_MSGARG_STR);
     if (pMbrInfo->usShare == VTX_SHARE_SHARED) {
         if (quiet && (!found || otlMbrIsSharedShare(found))) return 0;
@@ -1272,14 +1310,15 @@ VTX_STS_T adShrOtlAddMemberEx2(VTX_HOUTLINE_T hOutline, vtx_mbrinfo_t *pMbrInfo,
     return otl::otlGuard(c.f.ctx(), "adShrOtlAddMemberEx2", [&]() -> VTX_STS_T {
         if (addPrechecks(o, pMbrInfo, c.pl, usVerifyType, c.r)) return report(c.f, c.r);
         VTX_POTLMBR_T found = nullptr;
-        VTX_STS_T sts = o->bNonUniqueName ? addNameTests(o, pMbrInfo, c.pl, 0, usVerifyType, &found, c.r)
-                                          : buildNameTests(o, pMbrInfo, c.pl, usVerifyType, &found, c.r);
+        HashPlace at;
+        VTX_STS_T sts = o->bNonUniqueName ? addNameTests(o, pMbrInfo, c.pl, 0, usVerifyType, &found, c.r, &at)
+                                          : buildNameTests(o, pMbrInfo, c.pl, usVerifyType, &found, c.r, &at);
         if (sts) {
             handBack(found, phMember, phParent, phDim);
             return report(c.f, c.r);
         }
         VTX_POTLMBR_T pItem = nullptr;
-        sts = otlAddMemberCommon(o, pMbrInfo, c.pl.parent, c.pl.prev, &pItem, usVerifyType, pMbrError);
+        sts = addMemberCommon(o, pMbrInfo, c.pl.parent, c.pl.prev, &pItem, usVerifyType, pMbrError, at);
         if (sts) return c.f.fail(sts);
         if (phMember) *phMember = pItem;
         return c.success();
@@ -1302,14 +1341,15 @@ VTX_STS_T adShrOtlAddStoredAndSharedMember(VTX_HOUTLINE_T hOutline, VTX_BOOL_T b
         if (addPrechecks(o, pMbrInfo, c.pl, usVerifyType, c.r)) return report(c.f, c.r);
         VTX_POTLMBR_T found = nullptr;
         bool asShared = false;
+        HashPlace at;
         if (o->bNonUniqueName) {
-            if (addNameTests(o, pMbrInfo, c.pl, 0, usVerifyType, &found, c.r)) {
+            if (addNameTests(o, pMbrInfo, c.pl, 0, usVerifyType, &found, c.r, &at)) {
                 handBack(found, phMember, phParent, phDim);
                 return report(c.f, c.r);
             }
         } else {
             const char *name = pMbrInfo->szMember;
-            VTX_STS_T sts = otlHashFindItemByName(ctx, o, name, nullptr, 1, 1, 1, 0, nullptr, &found, nullptr, nullptr);
+            VTX_STS_T sts = otlHashFindItemByName(ctx, o, name, nullptr, 1, 1, 1, 0, nullptr, &found, &at.num, &at.pos);
             if (sts) return c.f.fail(sts, name, VTX_MSGARG_STR);
             VTX_POTLMBR_T dim = isRoot(c.pl.parent) ? nullptr : otlGetDim(c.pl.parent);
             if (found) {
@@ -1341,7 +1381,7 @@ VTX_STS_T adShrOtlAddStoredAndSharedMember(VTX_HOUTLINE_T hOutline, VTX_BOOL_T b
         const VTX_USHORT_T share = pMbrInfo->usShare;
         if (asShared) pMbrInfo->usShare = VTX_SHARE_SHARED;
         VTX_POTLMBR_T pItem = nullptr;
-        VTX_STS_T sts = otlAddMemberCommon(o, pMbrInfo, c.pl.parent, c.pl.prev, &pItem, usVerifyType, pMbrError);
+        VTX_STS_T sts = addMemberCommon(o, pMbrInfo, c.pl.parent, c.pl.prev, &pItem, usVerifyType, pMbrError, at);
         pMbrInfo->usShare = share;
         if (sts) return c.f.fail(sts);
         if (phMember) *phMember = pItem;
@@ -1379,7 +1419,8 @@ VTX_STS_T adShrOtlAddMemberAndID(VTX_HOUTLINE_T hOutline, vtx_mbrinfo_t *pMbrInf
             return c.f.fail(VTX_STS_MEMBER_ID_IN_USE, pszMbrID, VTX_MSGARG_STR);
         }
         if (addPrechecks(o, pMbrInfo, c.pl, usVerifyType, c.r)) return report(c.f, c.r);
-        if (addNameTests(o, pMbrInfo, c.pl, 0, usVerifyType, &found, c.r)) {
+        HashPlace at;
+        if (addNameTests(o, pMbrInfo, c.pl, 0, usVerifyType, &found, c.r, &at)) {
             if (phMember) *phMember = found;
             return report(c.f, c.r);
         }
@@ -1387,7 +1428,7 @@ VTX_STS_T adShrOtlAddMemberAndID(VTX_HOUTLINE_T hOutline, vtx_mbrinfo_t *pMbrInf
         sts = id.copy(pszMbrID);
         if (sts) return c.f.fail(sts, "adShrOtlAddMemberAndID", VTX_MSGARG_STR);
         VTX_POTLMBR_T pItem = nullptr;
-        sts = otlAddMemberCommon(o, pMbrInfo, c.pl.parent, c.pl.prev, &pItem, usVerifyType, pMbrError);
+        sts = addMemberCommon(o, pMbrInfo, c.pl.parent, c.pl.prev, &pItem, usVerifyType, pMbrError, at);
         if (sts) return c.f.fail(sts);
         if (pItem->AliasArray) {
             pItem->AliasArray[1].pszDefName = id.release();
@@ -1410,44 +1451,20 @@ VTX_STS_T adShrOtlAddMemberAndID(VTX_HOUTLINE_T hOutline, vtx_mbrinfo_t *pMbrInf
 
 namespace {
 
-// The record after p in a pre-order walk below top, past p's subtree.
-VTX_POTLMBR_T nextPastSubtree(VTX_POTLMBR_T p, VTX_POTLMBR_T top) {
-    while (p && p != top) {
-        if (p->pSibling) return p->pSibling;
-        p = p->pParent;
-    }
-    return nullptr;
-}
-
 // Shared members outside pItem's subtree whose stored member lies in it.
-// A shared member names its stored member by pointer when it has one, by
-// name otherwise; the stored names of the subtree are sorted once so that
-// one walk of the dimension answers for all of them.
 VTX_STS_T collectSharedCopies(VTX_POTL_T o, VTX_POTLMBR_T pItem, CtxArray<VTX_POTLMBR_T> &out) {
     VTX_POTLMBR_T dim = otlGetDim(pItem);
     if (!dim || dim == pItem) return 0;   // a whole dimension holds its own shared members
-    vTX_PNETCTX_T ctx = o->pNetCtx;
-    CtxArray<const char *> names(ctx);
+    // The index knows the copies of each stored member of the subtree: the
+    // cost follows the subtree, not the dimension.  Copies inside the
+    // subtree go with it anyway.
     for (VTX_POTLMBR_T p = pItem; p; p = otlNavtrdn(p, pItem)) {
         if (OTL_IS_HIDDEN(p) || otlMbrIsSharedShare(p) || !p->MbrInfo.szMember) continue;
-        if (VTX_STS_T sts = names.push(p->MbrInfo.szMember)) return sts;
-    }
-    if (!names.size()) return 0;
-    auto less = [o](const char *a, const char *b) { return otlCompareNames(o, a, b) < 0; };
-    std::sort(names.begin(), names.end(), less);
-    for (VTX_POTLMBR_T p = otlNavtrdn(dim, dim); p;) {
-        if (p == pItem) {
-            p = nextPastSubtree(p, dim);
-            continue;
+        VTX_POTLMBR_T s = nullptr;
+        while (!otlGetNextSharedMember(o, p, s, &s) && s) {
+            if (isAncestorOrSelf(pItem, s)) continue;
+            if (VTX_STS_T sts = out.push(s)) return sts;
         }
-        if (!OTL_IS_HIDDEN(p) && otlMbrIsSharedShare(p) && p->MbrInfo.szMember) {
-            bool inside;
-            if (p->OriginalMbr.hOriginalMbr) inside = isAncestorOrSelf(pItem, p->OriginalMbr.hOriginalMbr);
-            else inside = std::binary_search(names.begin(), names.end(), (const char *)p->MbrInfo.szMember, less);
-            if (inside)
-                if (VTX_STS_T sts = out.push(p)) return sts;
-        }
-        p = otlNavtrdn(p, dim);
     }
     return 0;
 }
@@ -1562,6 +1579,15 @@ extern "C" VTX_STS_T otlDeleteMember(VTX_POTL_T o, VTX_POTLMBR_T pItem, VTX_USHO
     }
     DeletePlan plan(ctx);
     if (VTX_STS_T sts = planDelete(o, pItem, usVerifyType, plan)) return sts;
+    // Copies that stay (the quiet form) must not be left without a stored
+    // member: note which stored member each stood for while it still exists.
+    CtxArray<VTX_POTLMBR_T> origins(ctx);
+    for (VTX_POTLMBR_T s : plan.reset) {
+        VTX_POTLMBR_T orig = nullptr;
+        // A copy whose stored member cannot be found stands for none.
+        (void)otlHashFindOriginalItem(ctx, o, otlGetDim(s), s, &orig);
+        if (VTX_STS_T sts = origins.push(orig)) return sts;
+    }
     VTX_POTLMBR_T dim = otlGetDim(pItem);
     if (o->bMemberTypeEnabled && dim && dim->ulDimno == o->typedDimno) {
         if (VTX_STS_T sts = adShrOtlDeleteMbrTreeSmartListRefs(o, pItem)) return sts;
@@ -1574,11 +1600,11 @@ extern "C" VTX_STS_T otlDeleteMember(VTX_POTL_T o, VTX_POTLMBR_T pItem, VTX_USHO
         if (VTX_STS_T sts = opgDeleteIncrementalMember(o, pItem)) return sts;
     }
     // Shared members of the subtree go first, without transactions of their
-    // own; with duplicates and the quiet form they point at nothing instead.
+    // own; with the quiet form the first copy of each stored member that
+    // goes takes its place, and the other copies point at it.
     for (VTX_POTLMBR_T s : plan.copies) removeRecord(o, s);
-    if (o->bNonUniqueName)
-        for (VTX_POTLMBR_T s : plan.reset) s->OriginalMbr.hOriginalMbr = nullptr;
     removeRecord(o, pItem);
+    otlPromoteSharedCopies(o, plan.reset.begin(), origins.begin(), (VTX_ULONG_T)plan.reset.size());
     return 0;
 }
 
@@ -1974,6 +2000,37 @@ struct RenamePlan {
         if (repoint) item->OriginalMbr.hOriginalMbr = oldOriginal;
         applied = false;
     }
+
+    // The index follows a rename in two steps: the new texts go in beside
+    // the old ones, and the old ones leave once nothing can fail any more.
+    // Taking texts out needs no memory, so a refused rename finds the index
+    // as it was without anything having to be put back.  itemShared tells
+    // how the member's own texts are counted among duplicates: as they were
+    // before the edit, which may change the share state too.
+    VTX_STS_T enterNewNames(VTX_POTL_T o, bool itemShared) {
+        size_t entered = 0;
+        for (NameChange &c : changes) {
+            VTX_STS_T sts = otlHashAddStringAs(ctx, o, c.p, c.newName, 0, OTL_HASH_NONE, OTL_HASH_NONE,
+                                               countedShared(c, itemShared));
+            if (sts) {
+                dropNames(o, true, itemShared, entered);
+                return sts;
+            }
+            ++entered;
+        }
+        return 0;
+    }
+    void dropNames(VTX_POTL_T o, bool newNames, bool itemShared, size_t count = SIZE_MAX) {
+        size_t i = 0;
+        for (NameChange &c : changes) {
+            if (i++ == count) break;
+            // Each text was entered by this edit or stood before it.
+            (void)otlHashDeleteStringAs(ctx, o, c.p, newNames ? c.newName : c.oldName, 0, countedShared(c, itemShared));
+        }
+    }
+    bool countedShared(const NameChange &c, bool itemShared) const {
+        return c.p == item ? itemShared : OTL_IS_SHARE(c.oldShare);
+    }
 };
 
 // The checks of a rename, in their order, and the plan of what changes.
@@ -2157,13 +2214,10 @@ VTX_STS_T renameMember(VTX_HOUTLINE_T hOutline, VTX_HMEMBER_T hMember, VTX_CSTR_
         if (!plan.renames) return 0;
         CtxString oldName(ctx);
         if (VTX_STS_T sts = oldName.copy(item->MbrInfo.szMember)) return f.fail(sts, "adShrOtlRenameMember", VTX_MSGARG_STR);
-        // The index drops the old texts and takes the new ones; the tree is
-        // the index for now, so the texts swap in one step.
-        for (NameChange &c : plan.changes) (void)otlHashDeleteString(ctx, o, c.p, c.oldName, 0);
+        const bool itemShared = otlMbrIsSharedShare(item);
         plan.apply();
-        VTX_STS_T sts = 0;
-        for (NameChange &c : plan.changes)
-            if (!sts) sts = otlHashAddString(ctx, o, c.p, c.newName, 0, OTL_HASH_NONE, OTL_HASH_NONE);
+        VTX_STS_T sts = plan.enterNewNames(o, itemShared);
+        const bool entered = !sts;
         if (!sts && o->fKeepTrans) sts = otlCreateRenameTransaction(ctx, o, item, oldName.get());
         if (!sts && o->fTrackInternalTrans) sts = adTransAddPropChgToList(ctx, o, item->MbrInfo.usGen, oldName.get());
         if (!sts && o->incrementalOPGfile) {
@@ -2171,12 +2225,13 @@ VTX_STS_T renameMember(VTX_HOUTLINE_T hOutline, VTX_HMEMBER_T hMember, VTX_CSTR_
             if (!sts) sts = opgWriteMember(o, o->bkdbH, item, 0);
         }
         if (sts) {
-            for (NameChange &c : plan.changes) (void)otlHashDeleteString(ctx, o, c.p, c.newName, 0);
+            if (entered) plan.dropNames(o, true, itemShared);
             plan.restore();
-            for (NameChange &c : plan.changes)
-                (void)otlHashAddString(ctx, o, c.p, c.oldName, 0, OTL_HASH_NONE, OTL_HASH_NONE);  // back as before
             return f.fail(sts);
         }
+        plan.dropNames(o, false, itemShared);
+        // The old name may stand alone now.
+        otlHashClearDupMarksIfUnique(ctx, o, oldName.get());
         // A name that no longer repeats is no duplicate.
         VTX_ULONG_T count = 0;
         if (o->bNonUniqueName && (item->ucFlags & OTL_FLAG_DUP) && !isDimRecord(item) &&
@@ -2312,13 +2367,16 @@ extern "C" VTX_STS_T adShrOtlSetMemberInfo(VTX_HOUTLINE_T hOutline, VTX_HMEMBER_
             work->MbrInfo.ucHierarchyType = OTL_HIER_DYNAMIC;
             work->MbrInfo.ucInfoFlags |= OTL_INFO_DYNHIER;
         }
+        // The member's texts are counted among duplicates as its share
+        // state was; a change of state moves it in or out of the count.
+        const bool wasShared = OTL_IS_SHARE(oldShare);
+        const bool nowShared = otlMbrIsSharedShare((VTX_POTLMBR_T)work);
+        bool entered = false, joined = false;
         auto restore = [&]() {
-            if (plan.applied) {
-                for (NameChange &c : plan.changes) (void)otlHashDeleteString(ctx, o, c.p, c.newName, 0);
-                plan.restore();
-                for (NameChange &c : plan.changes)
-                    (void)otlHashAddString(ctx, o, c.p, c.oldName, 0, OTL_HASH_NONE, OTL_HASH_NONE);  // as before
-            }
+            // Leaving the count and taking texts out need no memory.
+            if (joined) (void)otlHashDupNameShareChanged(ctx, o, item, item->MbrInfo.szMember, 1);
+            if (entered) plan.dropNames(o, true, wasShared);
+            if (plan.applied) plan.restore();
             if (!small) {
                 if (work->MbrInfo.szCurMember != before.MbrInfo.szCurMember) (void)otlFreeMem(ctx, work->MbrInfo.szCurMember);
                 if (work->MbrInfo.szComment != before.MbrInfo.szComment) (void)otlFreeMem(ctx, work->MbrInfo.szComment);
@@ -2329,10 +2387,13 @@ extern "C" VTX_STS_T adShrOtlSetMemberInfo(VTX_HOUTLINE_T hOutline, VTX_HMEMBER_
         VTX_STS_T sts = 0;
         if (ver >= (VTX_ULONG_T)kVerDimName) sts = otlUpdateAttrInfoForSet(o, item, pInfo);
         if (!sts && plan.renames) {
-            for (NameChange &c : plan.changes) (void)otlHashDeleteString(ctx, o, c.p, c.oldName, 0);
             plan.apply();
-            for (NameChange &c : plan.changes)
-                if (!sts) sts = otlHashAddString(ctx, o, c.p, c.newName, 0, OTL_HASH_NONE, OTL_HASH_NONE);
+            sts = plan.enterNewNames(o, wasShared);
+            entered = !sts;
+        }
+        if (!sts && wasShared && !nowShared) {
+            sts = otlHashDupNameShareChanged(ctx, o, item, item->MbrInfo.szMember, 0);
+            joined = !sts;
         }
         if (sts) {
             restore();
@@ -2361,6 +2422,11 @@ extern "C" VTX_STS_T adShrOtlSetMemberInfo(VTX_HOUTLINE_T hOutline, VTX_HMEMBER_
                 return f.fail(sts);
             }
         }
+        if (entered) plan.dropNames(o, false, wasShared);
+        if (!wasShared && nowShared) (void)otlHashDupNameShareChanged(ctx, o, item, item->MbrInfo.szMember, 1);  // leaving needs no memory
+        // A name this member gave up or stopped counting for may stand alone now.
+        if (plan.renames) otlHashClearDupMarksIfUnique(ctx, o, plan.changes[0].oldName);
+        if (!wasShared && nowShared) otlHashClearDupMarksIfUnique(ctx, o, item->MbrInfo.szMember);
         if (!small) freeOldStrings(ctx, old);
         recountShare(o, item, oldShare, newShare);
         f.edited((plan.renames || oldShare != newShare) ? OTL_STATE_EDITED : OTL_STATE_CHANGED);

@@ -9,16 +9,16 @@
  * every record it touches correct at once; member numbers (ulMemno and
  * friends) are rebuilt by the numbering pass, not here.
  *
- * Name lookups (otlHash..., otlIsName...) answer from the tree itself until
- * the member index takes them over: the answers are the true ones, found by
- * walking.  The add/delete/rename calls on the index (otlHashAddItem, ...)
- * keep it in step with the tree; while the tree is the index they have
- * nothing to store.
+ * Name lookups (otlHash..., otlIsName...) answer from the member index
+ * (otlhash.h).  Every edit keeps the index in step with the tree: the texts
+ * a record stands under go in when it is linked and out before they are
+ * freed, and an edit that fails leaves the index as it found it.
  */
 #ifndef OTLTREE_H
 #define OTLTREE_H
 
 #include "otlapil.h"
+#include "otlhash.h"
 #include "otlmem.h"
 
 #ifdef __cplusplus
@@ -183,82 +183,6 @@ VTX_API VTX_STS_T otlSetVerifyStatus(VTX_ULONG_T ulVerify, VTX_ULONG_T ulVerify2
  * is the status of the first error bit, or the merged word. */
 VTX_API VTX_STS_T otlVerifyEditedItem(VTX_POTL_T pOutline, VTX_POTLMBR_T pItem, VTX_USHORT_T usVerifyType,
                                       VTX_POUTERROR_T pErr);
-
-/* ---- member index (otlhash); the tree answers until the index exists ------ */
-typedef VTX_ULONG_T HASH_NUM_T;
-typedef VTX_ULONG_T HASH_POS_T;
-#define OTL_HASH_NONE ((HASH_NUM_T)-2)
-
-/* usOption bits of a member-name match. */
-#define OTL_OPT_UNSHARED  1
-#define OTL_OPT_SHARED3   2
-#define OTL_OPT_SHARED9   4
-#define OTL_OPT_ALL       7
-
-VTX_NODISCARD VTX_API VTX_STS_T otlHashFindItemByNameEx(
-    vTX_PNETCTX_T pNetCtx, VTX_POTL_T pOutline, VTX_CSTR_T pszString, VTX_CSTR_T pszParent,
-    VTX_BOOL_T fMember, VTX_BOOL_T fAlias, VTX_BOOL_T fReturnFirstInCaseOfDuplicates,
-    VTX_USHORT_T usOption, VTX_USHORT_T usAliasTable, VTX_POTLMBR_T pRequiredDim,
-    VTX_POTLMBR_T *ppItem, HASH_NUM_T *hashNum_, HASH_POS_T *hashPos_);
-VTX_NODISCARD VTX_API VTX_STS_T otlHashFindItemByName(
-    vTX_PNETCTX_T pNetCtx, VTX_POTL_T pOutline, VTX_CSTR_T pszString, VTX_CSTR_T pszParent,
-    VTX_BOOL_T fMember, VTX_BOOL_T fAlias, VTX_BOOL_T fReturnFirstInCaseOfDuplicates,
-    VTX_USHORT_T usAliasTable, VTX_POTLMBR_T pRequiredDim, VTX_POTLMBR_T *ppItem,
-    HASH_NUM_T *hashNum_, HASH_POS_T *hashPos_);
-VTX_NODISCARD VTX_API VTX_STS_T otlHashFindOriginalItem(vTX_PNETCTX_T pNetCtx, VTX_POTL_T pOutline,
-                                                        VTX_POTLMBR_T pDim, VTX_POTLMBR_T pSharedMbr,
-                                                        VTX_POTLMBR_T *ppOriginalMbr);
-VTX_API VTX_BOOL_T otlHashIsStringExist(vTX_PNETCTX_T pNetCtx, VTX_POTL_T pOutline, VTX_CSTR_T pszString,
-                                        VTX_USHORT_T usAliasTable, HASH_NUM_T *hashNum, HASH_POS_T *hashPos);
-VTX_API VTX_BOOL_T otlHashIsNameDupAmongSiblings(vTX_PNETCTX_T pNetCtx, VTX_POTL_T pOutline,
-                                                 VTX_POTLMBR_T pParent, VTX_CSTR_T pszString,
-                                                 VTX_USHORT_T usAliasTable, VTX_POTLMBR_T *ppMbr,
-                                                 HASH_NUM_T *hashNum, HASH_POS_T *hashPos);
-VTX_API VTX_BOOL_T otlHashIsNameDupAmongSiblingsGetOriginal(vTX_PNETCTX_T pNetCtx, VTX_POTL_T pOutline,
-                                                            VTX_POTLMBR_T pParent, VTX_CSTR_T pszString,
-                                                            VTX_USHORT_T usAliasTable, VTX_POTLMBR_T *ppMbr,
-                                                            VTX_POTLMBR_T *ppOriginal);
-VTX_API VTX_BOOL_T otlIsNameDuplicated(vTX_PNETCTX_T pNetCtx, VTX_POTL_T pOutline, VTX_CSTR_T pszString,
-                                       VTX_USHORT_T usAliasTable, VTX_ULONG_T *pulCount);
-VTX_API VTX_BOOL_T otlIsNameExistInDimension(vTX_PNETCTX_T pNetCtx, VTX_POTL_T pOutline, VTX_POTLMBR_T pDim,
-                                             VTX_CSTR_T pszString, VTX_USHORT_T usAliasTable,
-                                             VTX_POTLMBR_T *pMember);
-VTX_API VTX_BOOL_T otlIsNameExistInDimensionAtGenLevel(vTX_PNETCTX_T pNetCtx, VTX_POTL_T pOutline,
-                                                       VTX_POTLMBR_T pDim, VTX_POTLMBR_T pParent,
-                                                       VTX_CSTR_T pszString, VTX_USHORT_T usAliasTable,
-                                                       VTX_BOOL_T fGen, VTX_POTLMBR_T *pMember);
-VTX_NODISCARD VTX_API VTX_STS_T otlHashAddItem(vTX_PNETCTX_T pNetCtx, VTX_POTL_T pOutline,
-                                               VTX_POTLMBR_T pItemToHash, VTX_POTLMBR_T pItemWithInfo,
-                                               HASH_NUM_T hashNum, HASH_POS_T hashPos);
-VTX_NODISCARD VTX_API VTX_STS_T otlHashAddString(vTX_PNETCTX_T pNetCtx, VTX_POTL_T pOutline,
-                                                 VTX_POTLMBR_T pItem, VTX_CSTR_T pszString,
-                                                 VTX_USHORT_T usAliasTable, HASH_NUM_T hashNum,
-                                                 HASH_POS_T hashPos);
-VTX_NODISCARD VTX_API VTX_STS_T otlHashDeleteString(vTX_PNETCTX_T pNetCtx, VTX_POTL_T pOutline,
-                                                    VTX_POTLMBR_T pItem, VTX_CSTR_T pszString,
-                                                    VTX_USHORT_T usAliasTable);
-VTX_NODISCARD VTX_API VTX_STS_T otlHashDeleteItem(vTX_PNETCTX_T pNetCtx, VTX_POTL_T pOutline,
-                                                  VTX_POTLMBR_T pItem);
-VTX_NODISCARD VTX_API VTX_STS_T otlHashDeleteItemTree(vTX_PNETCTX_T pNetCtx, VTX_POTL_T pOutline,
-                                                      VTX_POTLMBR_T pItem);
-VTX_NODISCARD VTX_API VTX_STS_T otlHashDeleteItemResetDup(vTX_PNETCTX_T pNetCtx, VTX_POTL_T pOutline,
-                                                          VTX_POTLMBR_T pItem);
-VTX_NODISCARD VTX_API VTX_STS_T otlHashDeleteItemTreeResetDup(vTX_PNETCTX_T pNetCtx, VTX_POTL_T pOutline,
-                                                              VTX_POTLMBR_T pItem);
-/* Clears the duplicate mark of a member (ucFlags 0x80, ucNameUnique). */
-VTX_API void otlMbrClearDuplicateItem(VTX_POTLMBR_T pItem);
-/* Whether a generation (fGen) or level of the dimension demands unique names. */
-VTX_API VTX_BOOL_T adShrOtlIsGenLevUniqueNameSet(VTX_HOUTLINE_T hOutline, VTX_POTLMBR_T pDim, VTX_BOOL_T fGen,
-                                                VTX_USHORT_T usGenLevel);
-
-/* Dimension name filter.  bBloomFilterActive is process-wide. */
-VTX_API extern VTX_BOOL_T bBloomFilterActive;
-VTX_API VTX_ULONG_T otlIsNameDupAmongDimensionsBloomFilterHashIdFunction(VTX_POTL_T pOutline, VTX_CSTR_T name);
-VTX_API VTX_BOOL_T otlIsNameDupAmongDimensionsBloomFilter(VTX_POTL_T pOutline, VTX_CSTR_T name);
-VTX_API void otlIsNameDupAmongDimensionsBloomFilterLoadDimNames(VTX_POTL_T pOutline);
-VTX_API void otlIsNameDupAmongDimensionsBloomFilterClear(VTX_POTL_T pOutline);
-VTX_API VTX_BOOL_T otlIsNameDupAmongDimensions(VTX_POTL_T pOutline, VTX_CSTR_T pszString,
-                                               VTX_USHORT_T usAliasTable, VTX_POTLMBR_T *ppMbr);
 
 /* ---- calls into parts that arrive later ----------------------------------
  * Each has its final name and signature and does today exactly what is true

@@ -52,15 +52,20 @@ TEST_F(DeleteTest, StoredMemberTakesItsSharedMembers) {
     ASSERT_EQ(adShrOtlDeleteMember(h, east, 0, nullptr), 0);
     EXPECT_EQ(sharedCount(), 1);
     EXPECT_EQ(major->ulSiblingCount, 1u);
-    // The quiet form keeps the shared members.
+    // The quiet form keeps the copies: the first takes the stored member's
+    // place, so no copy is left without one.
     VTX_POTLMBR_T la = find("LA");
+    VTX_POTLMBR_T copy = major->pChild;
     ASSERT_EQ(adShrOtlDeleteMember(h, la, 3, nullptr), 0);
-    EXPECT_EQ(sharedCount(), 1);
-    // The last shared member of a label-only parent stays.
+    EXPECT_EQ(sharedCount(), 0);
+    EXPECT_EQ(major->pChild, copy);
+    EXPECT_EQ(otlGetShare(copy), VTX_SHARE_STORE);
+    EXPECT_EQ(find("LA"), copy);
+    // The last child of a label-only parent stays.
     EXPECT_REFUSED(VTX_STS_LABEL_NO_CHILD, adShrOtlDeleteMember(h, major->pChild, 0, nullptr));
 }
 
-TEST_F(DeleteTest, DuplicateOutlineResetsSharedMembersInTheQuietForm) {
+TEST_F(DeleteTest, DuplicateOutlineQuietFormPromotesTheFirstCopy) {
     openDup();
     build();
     VTX_POTLMBR_T s = major->pChild;
@@ -68,6 +73,7 @@ TEST_F(DeleteTest, DuplicateOutlineResetsSharedMembersInTheQuietForm) {
     ASSERT_EQ(adShrOtlDeleteMember(h, ny, 3, nullptr), 0);
     EXPECT_EQ(major->pChild, s);
     EXPECT_EQ(s->OriginalMbr.hOriginalMbr, nullptr);
+    EXPECT_EQ(otlGetShare(s), VTX_SHARE_STORE);
 }
 
 TEST_F(DeleteTest, Refusals) {

@@ -152,7 +152,9 @@ TEST_F(MoveTest, NameRulesAtTheNewPlace) {
     OTL_LARGE(year)->pNameList = nullptr;
     // A dimension whose name repeats as a member may not move among dimensions.
     VTX_POTLMBR_T yr = add(market, "Yxxx");
+    ASSERT_EQ(otlHashDeleteItem(t.ctx(), o, yr), 0);
     std::memcpy(yr->MbrInfo.szMember, "Year", 5);
+    ASSERT_EQ(otlHashAddItem(t.ctx(), o, yr, yr, OTL_HASH_NONE, OTL_HASH_NONE), 0);
     EXPECT_REFUSED(VTX_STS_DIM_NOT_UNIQUE, adShrOtlMoveMember(h, year, nullptr, market, nullptr));
     // In an outline of unique names the sibling test is asked for shared members.
     open();

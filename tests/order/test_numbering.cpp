@@ -325,3 +325,33 @@ TEST_F(OutlineTest, OwnOrderMatchesTheComparisonFunctionOnEqualKeys) {
         EXPECT_EQ(got, expect) << "order " << type;
     }
 }
+
+// The reader hangs whole chains of records under a parent at once.
+TEST_F(OutlineTest, ChildBlockHangsAChainInFront) {
+    VTX_POTLMBR_T d = dim("D");
+    VTX_POTLMBR_T old = add(d, "Old");
+    // A chain of two records, the second with a child of its own.
+    VTX_POTLMBR_T a = nullptr, b = nullptr, leaf = nullptr;
+    ASSERT_EQ(otlNewItem2(t.ctx(), p, &a, 1), 0);
+    ASSERT_EQ(otlNewItem2(t.ctx(), p, &b, 1), 0);
+    ASSERT_EQ(otlNewItem2(t.ctx(), p, &leaf, 1), 0);
+    ASSERT_EQ(otlStrdup(t.ctx(), "A", &a->MbrInfo.szMember), 0);
+    ASSERT_EQ(otlStrdup(t.ctx(), "B", &b->MbrInfo.szMember), 0);
+    ASSERT_EQ(otlStrdup(t.ctx(), "Leaf", &leaf->MbrInfo.szMember), 0);
+    a->pSibling = b;
+    b->pPrevSibling = a;
+    b->pChild = leaf;
+    leaf->pParent = b;
+    b->MbrInfo.usLevel = 1;
+    otlAddChildBlock(d, a);
+    EXPECT_EQ(childNames(d), (std::vector<std::string>{"A", "B", "Old"}));
+    EXPECT_EQ(a->pParent, d);
+    EXPECT_EQ(b->pParent, d);
+    EXPECT_EQ(old->pPrevSibling, b);
+    EXPECT_EQ(leaf->MbrInfo.usGen, 3);
+    EXPECT_EQ(b->MbrInfo.usGen, 2);
+    EXPECT_EQ(d->MbrInfo.usLevel, 2) << "levels carried up from the deepest record of the chain";
+    EXPECT_EQ(d->MbrInfo.pLastSibling, old);
+    EXPECT_EQ(d->ulSiblingCount, 2u) << "the reader fixes the counts itself";
+    d->ulSiblingCount = 3;
+}

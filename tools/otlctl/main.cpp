@@ -15,6 +15,10 @@
 #include "sample.h"
 #define OTLCTL_HAVE_SAMPLE 1
 #endif
+#if __has_include("find.h")
+#include "find.h"
+#define OTLCTL_HAVE_FIND 1
+#endif
 
 namespace {
 
@@ -116,6 +120,9 @@ int main(int argc, char **argv) {
 
 #ifdef OTLCTL_HAVE_SAMPLE
     registerSampleCommands(app);
+#endif
+#ifdef OTLCTL_HAVE_FIND
+    registerFindCommands(app);
 #endif
 
     CLI11_PARSE(app, argc, argv);

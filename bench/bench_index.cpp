@@ -1,0 +1,532 @@
+// The member index at work, through the exported calls, against two
+// baselines holding the same tree:
+//   (a) nodes with std::vector children lists and a
+//       std::unordered_map<std::string, node *> from name to node;
+//   (b) SQLite in memory: a table (id, parent, name) with an index on name,
+//       the rows inserted in one transaction, every statement prepared once.
+//
+// The outline: dimensions of 1,000 parents with 1,000 children each (one per
+// million members) and one flat dimension of 100,000 members, built through
+// adShrOtlAddMember.  Then, in this order and on all three: finding 1M
+// random existing names and 1M absent ones (adShrOtlFindMember), 100K
+// qualified names "[parent].[child]", renaming 100K members and deleting
+// 100K others.  Memory per member is the growth of the resident set and of
+// the heap in use over the build.
+//
+// The outline of the library is case-insensitive (every name folded before
+// it is hashed); both baselines compare bytes.  Each phase runs once per
+// contender (the outline is the state the phases share) and is timed by the
+// processor time of the thread; the ratios to the baselines are printed
+// after Google Benchmark's table.  --sizes=1,10 picks the outlines by millions of
+// members.
+#include <benchmark/benchmark.h>
+#include <malloc.h>
+#include <sqlite3.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <ctime>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <map>
+#include <memory>
+#include <random>
+#include <string>
+#include <unordered_map>
+#include <vector>
+
+#include "extendedhash.h"
+#include "otlHashItemsFactoryWrapper.h"
+#include "otl.h"
+#include "vtxotl.h"
+
+namespace {
+
+// Texts joined by appending (operator+ of std::string draws false alarms
+// from GCC 12's overlap checks at -O3).
+template <class... T>
+std::string cat(const T &...parts) {
+    std::string out;
+    (out.append(parts), ...);
+    return out;
+}
+
+// Phases are timed by the processor time of the thread: the machines are
+// shared, and a phase that waits for the processor has not worked longer.
+struct Clock {
+    using time_point = double;
+    static double now() {
+        timespec ts{};
+        clock_gettime(CLOCK_THREAD_CPUTIME_ID, &ts);
+        return double(ts.tv_sec) + double(ts.tv_nsec) * 1e-9;
+    }
+};
+
+double since(double t0) { return Clock::now() - t0; }
+
+long residentBytes() {
+    long pages = 0, resident = 0;
+    if (std::FILE *f = std::fopen("/proc/self/statm", "r")) {
+        if (std::fscanf(f, "%ld %ld", &pages, &resident) != 2) resident = 0;
+        std::fclose(f);
+    }
+    return resident * sysconf(_SC_PAGESIZE);
+}
+
+long heapInUse() {
+    struct mallinfo2 mi = mallinfo2();
+    return static_cast<long>(mi.uordblks + mi.hblkhd);
+}
+
+struct Usage {
+    long rss, heap;
+    static Usage now() {
+        malloc_trim(0);
+        return {residentBytes(), heapInUse()};
+    }
+};
+
+// ---- the tree, as names ----------------------------------------------------------
+
+struct Shape {
+    int hierDims;                  // dimensions of 1,000 x 1,000
+    static constexpr int kParents = 1000, kChildren = 1000, kFlat = 100000;
+    size_t members() const {
+        return size_t(hierDims) * (1 + kParents + size_t(kParents) * kChildren) + 1 + kFlat;
+    }
+};
+
+// Every record of the outline in the order it is added: dimensions first,
+// then each dimension's parents with their children.  parent[i] is the index
+// of the record's parent, -1 for a dimension.
+struct Tree {
+    std::vector<std::string> name;
+    std::vector<int64_t> parent;
+    std::vector<size_t> children;  // indexes of the leaves, for the samples
+    explicit Tree(const Shape &s) {
+        name.reserve(s.members());
+        parent.reserve(s.members());
+        children.reserve(s.members());
+        for (int d = 0; d < s.hierDims; ++d) {
+            const int64_t dim = static_cast<int64_t>(name.size());
+            name.push_back(cat("Dim", std::to_string(d)));
+            parent.push_back(-1);
+            for (int p = 0; p < Shape::kParents; ++p) {
+                const int64_t par = static_cast<int64_t>(name.size());
+                name.push_back(cat("P", std::to_string(d), "_", std::to_string(p)));
+                parent.push_back(dim);
+                for (int c = 0; c < Shape::kChildren; ++c) {
+                    children.push_back(name.size());
+                    name.push_back(cat("M", std::to_string(d), "_", std::to_string(p), "_", std::to_string(c)));
+                    parent.push_back(par);
+                }
+            }
+        }
+        const int64_t flat = static_cast<int64_t>(name.size());
+        name.push_back("Flat");
+        parent.push_back(-1);
+        for (int i = 0; i < Shape::kFlat; ++i) {
+            children.push_back(name.size());
+            name.push_back(cat("F_", std::to_string(i)));
+            parent.push_back(flat);
+        }
+    }
+};
+
+// The samples every contender works on, drawn once.
+struct Samples {
+    std::vector<size_t> present;   // 1M records to find
+    std::vector<std::string> absent;
+    std::vector<size_t> pathOf;    // 100K leaves to find by "[parent].[child]"
+    std::vector<std::string> paths;
+    std::vector<size_t> renamed;   // 100K leaves, and their new names
+    std::vector<std::string> newNames;
+    std::vector<size_t> deleted;   // 100K other leaves
+    Samples(const Tree &t, uint32_t seed) {
+        std::mt19937_64 rng(seed);
+        std::uniform_int_distribution<size_t> any(0, t.name.size() - 1);
+        for (int i = 0; i < 1000000; ++i) present.push_back(any(rng));
+        for (int i = 0; i < 1000000; ++i) absent.push_back(cat(t.name[any(rng)], "~"));
+        std::vector<size_t> leaves = t.children;
+        std::shuffle(leaves.begin(), leaves.end(), rng);
+        for (int i = 0; i < 100000; ++i) {
+            const size_t c = leaves[i];
+            pathOf.push_back(c);
+            paths.push_back(cat("[", t.name[size_t(t.parent[c])], "].[", t.name[c], "]"));
+        }
+        for (int i = 0; i < 100000; ++i) {
+            renamed.push_back(leaves[100000 + i]);
+            newNames.push_back(cat("Renamed_", std::to_string(i)));
+        }
+        for (int i = 0; i < 100000; ++i) deleted.push_back(leaves[200000 + i]);
+    }
+};
+
+// ---- what a contender reports -----------------------------------------------------
+
+enum Phase { kBuild, kFind, kMiss, kPath, kRename, kDelete, kPhases };
+const char *const kPhaseName[kPhases] = {"build", "find 1M present", "find 1M absent", "find 100K paths",
+                                         "rename 100K", "delete 100K"};
+enum Who { kOurs, kMap, kSql, kWho };
+const char *const kWhoName[kWho] = {"outline", "vector+unordered_map", "SQLite"};
+
+struct Result {
+    double seconds[kPhases] = {};
+    double rssPerMember = 0, heapPerMember = 0;
+    size_t wrong = 0;   // answers that were not the expected ones
+};
+
+std::map<int, Result[kWho]> g_results;   // by size in millions
+vtx_netctx_t g_ctx;
+
+// ---- the outline ---------------------------------------------------------------
+
+Result runOutline(const Shape &shape, const Tree &t, const Samples &s) {
+    Result r;
+    vtx_netctx_t ctx = g_ctx;
+    ctx.estimatedHashSize = static_cast<VTX_ULONG_T>(t.name.size());
+    const Usage before = Usage::now();
+    VTX_HOUTLINE_T h = nullptr;
+    vtx_outlineinfo_t oi{};
+    if (adShrOtlNewOutline(&ctx, &oi, &h, 0)) std::abort();
+    std::vector<VTX_HMEMBER_T> handle(t.name.size());
+    std::vector<VTX_HMEMBER_T> lastChild(t.name.size());
+    vtx_mbrinfo_t info{};
+    VTX_HMEMBER_T lastDim = nullptr;
+    auto t0 = Clock::now();
+    for (size_t i = 0; i < t.name.size(); ++i) {
+        std::memcpy(info.szMember, t.name[i].c_str(), t.name[i].size() + 1);
+        const int64_t p = t.parent[i];
+        VTX_STS_T sts;
+        if (p < 0) {
+            sts = adShrOtlAddMember(h, &info, nullptr, lastDim, &handle[i], 0, nullptr);
+            lastDim = handle[i];
+        } else {
+            sts = adShrOtlAddMember(h, &info, handle[size_t(p)], lastChild[size_t(p)], &handle[i], 0, nullptr);
+            lastChild[size_t(p)] = handle[i];
+        }
+        if (sts) {
+            std::fprintf(stderr, "add of %s failed with %d\n", t.name[i].c_str(), sts);
+            std::abort();
+        }
+    }
+    r.seconds[kBuild] = since(t0);
+    const Usage built = Usage::now();
+    r.rssPerMember = double(built.rss - before.rss) / double(t.name.size());
+    r.heapPerMember = double(built.heap - before.heap) / double(t.name.size());
+
+    t0 = Clock::now();
+    for (size_t i : s.present) {
+        VTX_HMEMBER_T m = nullptr;
+        if (adShrOtlFindMember(h, t.name[i].c_str(), &m) || m != handle[i]) ++r.wrong;
+    }
+    r.seconds[kFind] = since(t0);
+    t0 = Clock::now();
+    for (const std::string &n : s.absent) {
+        VTX_HMEMBER_T m = nullptr;
+        if (adShrOtlFindMember(h, n.c_str(), &m) != VTX_STS_NOT_FOUND) ++r.wrong;
+    }
+    r.seconds[kMiss] = since(t0);
+    t0 = Clock::now();
+    for (size_t k = 0; k < s.paths.size(); ++k) {
+        VTX_HMEMBER_T m = nullptr;
+        if (adShrOtlFindMember(h, s.paths[k].c_str(), &m) || m != handle[s.pathOf[k]]) ++r.wrong;
+    }
+    r.seconds[kPath] = since(t0);
+    t0 = Clock::now();
+    for (size_t k = 0; k < s.renamed.size(); ++k)
+        if (adShrOtlRenameMember(h, handle[s.renamed[k]], s.newNames[k].c_str(), 0, nullptr)) ++r.wrong;
+    r.seconds[kRename] = since(t0);
+    t0 = Clock::now();
+    for (size_t i : s.deleted)
+        if (adShrOtlDeleteMember(h, handle[i], 0, nullptr)) ++r.wrong;
+    r.seconds[kDelete] = since(t0);
+    // The work was done: the renamed are found by their new names.
+    for (size_t k = 0; k < s.renamed.size(); k += 997) {
+        VTX_HMEMBER_T m = nullptr;
+        if (adShrOtlFindMember(h, s.newNames[k].c_str(), &m) || m != handle[s.renamed[k]]) ++r.wrong;
+    }
+    (void)shape;
+    (void)adShrOtlCloseOutline(h);
+    return r;
+}
+
+// ---- baseline (a): vectors of children and a hash map of names --------------------
+
+struct Node {
+    std::string name;
+    Node *parent = nullptr;
+    std::vector<Node *> children;
+};
+
+Result runMap(const Tree &t, const Samples &s) {
+    Result r;
+    const Usage before = Usage::now();
+    std::vector<std::unique_ptr<Node>> nodes(t.name.size());
+    std::unordered_map<std::string, Node *> index;
+    std::vector<Node *> dims;
+    auto t0 = Clock::now();
+    for (size_t i = 0; i < t.name.size(); ++i) {
+        nodes[i] = std::make_unique<Node>();
+        Node *n = nodes[i].get();
+        n->name = t.name[i];
+        // A name stands once, as in an outline of unique names.
+        if (!index.emplace(n->name, n).second) std::abort();
+        if (t.parent[i] < 0) {
+            dims.push_back(n);
+        } else {
+            n->parent = nodes[size_t(t.parent[i])].get();
+            n->parent->children.push_back(n);
+        }
+    }
+    r.seconds[kBuild] = since(t0);
+    const Usage built = Usage::now();
+    r.rssPerMember = double(built.rss - before.rss) / double(t.name.size());
+    r.heapPerMember = double(built.heap - before.heap) / double(t.name.size());
+
+    t0 = Clock::now();
+    for (size_t i : s.present) {
+        auto it = index.find(t.name[i]);
+        if (it == index.end() || it->second != nodes[i].get()) ++r.wrong;
+    }
+    r.seconds[kFind] = since(t0);
+    t0 = Clock::now();
+    for (const std::string &n : s.absent)
+        if (index.find(n) != index.end()) ++r.wrong;
+    r.seconds[kMiss] = since(t0);
+    t0 = Clock::now();
+    for (size_t k = 0; k < s.paths.size(); ++k) {
+        // "[parent].[child]": the child by name, its parent's name checked.
+        const std::string &p = s.paths[k];
+        const size_t mid = p.find("].[");
+        const std::string parent = p.substr(1, mid - 1), child = p.substr(mid + 3, p.size() - mid - 4);
+        auto it = index.find(child);
+        if (it == index.end() || !it->second->parent || it->second->parent->name != parent ||
+            it->second != nodes[s.pathOf[k]].get())
+            ++r.wrong;
+    }
+    r.seconds[kPath] = since(t0);
+    t0 = Clock::now();
+    for (size_t k = 0; k < s.renamed.size(); ++k) {
+        Node *n = nodes[s.renamed[k]].get();
+        if (index.count(s.newNames[k])) {
+            ++r.wrong;
+            continue;
+        }
+        index.erase(n->name);
+        n->name = s.newNames[k];
+        index.emplace(n->name, n);
+    }
+    r.seconds[kRename] = since(t0);
+    t0 = Clock::now();
+    for (size_t i : s.deleted) {
+        Node *n = nodes[i].get();
+        index.erase(n->name);
+        auto &sib = n->parent->children;
+        sib.erase(std::find(sib.begin(), sib.end(), n));
+        nodes[i].reset();
+    }
+    r.seconds[kDelete] = since(t0);
+    return r;
+}
+
+// ---- baseline (b): SQLite in memory -------------------------------------------------
+
+void check(int rc, sqlite3 *db, const char *what) {
+    if (rc != SQLITE_OK && rc != SQLITE_DONE && rc != SQLITE_ROW) {
+        std::fprintf(stderr, "sqlite %s: %s\n", what, sqlite3_errmsg(db));
+        std::abort();
+    }
+}
+
+Result runSql(const Tree &t, const Samples &s) {
+    Result r;
+    const Usage before = Usage::now();
+    sqlite3 *db = nullptr;
+    check(sqlite3_open(":memory:", &db), db, "open");
+    check(sqlite3_exec(db, "PRAGMA journal_mode=OFF; PRAGMA synchronous=OFF;", nullptr, nullptr, nullptr), db, "pragma");
+    check(sqlite3_exec(db, "CREATE TABLE m(id INTEGER PRIMARY KEY, parent INTEGER, name TEXT NOT NULL);"
+                           "CREATE UNIQUE INDEX m_name ON m(name);",
+                       nullptr, nullptr, nullptr),
+          db, "create");
+    auto prepare = [&](const char *sql) {
+        sqlite3_stmt *st = nullptr;
+        check(sqlite3_prepare_v2(db, sql, -1, &st, nullptr), db, sql);
+        return st;
+    };
+    sqlite3_stmt *ins = prepare("INSERT INTO m(id, parent, name) VALUES(?, ?, ?)");
+    sqlite3_stmt *byName = prepare("SELECT id FROM m WHERE name = ?");
+    sqlite3_stmt *byPath = prepare("SELECT c.id FROM m c JOIN m p ON c.parent = p.id WHERE c.name = ? AND p.name = ?");
+    sqlite3_stmt *rename = prepare("UPDATE m SET name = ? WHERE id = ?");
+    sqlite3_stmt *del = prepare("DELETE FROM m WHERE id = ?");
+    auto t0 = Clock::now();
+    check(sqlite3_exec(db, "BEGIN", nullptr, nullptr, nullptr), db, "begin");
+    for (size_t i = 0; i < t.name.size(); ++i) {
+        sqlite3_bind_int64(ins, 1, int64_t(i) + 1);
+        if (t.parent[i] < 0) sqlite3_bind_null(ins, 2);
+        else sqlite3_bind_int64(ins, 2, t.parent[i] + 1);
+        sqlite3_bind_text(ins, 3, t.name[i].c_str(), int(t.name[i].size()), SQLITE_STATIC);
+        check(sqlite3_step(ins), db, "insert");
+        sqlite3_reset(ins);
+    }
+    check(sqlite3_exec(db, "COMMIT", nullptr, nullptr, nullptr), db, "commit");
+    r.seconds[kBuild] = since(t0);
+    const Usage built = Usage::now();
+    r.rssPerMember = double(built.rss - before.rss) / double(t.name.size());
+    r.heapPerMember = double(built.heap - before.heap) / double(t.name.size());
+
+    auto idOf = [&](sqlite3_stmt *st) {
+        int64_t id = 0;
+        if (sqlite3_step(st) == SQLITE_ROW) id = sqlite3_column_int64(st, 0);
+        sqlite3_reset(st);
+        return id;
+    };
+    t0 = Clock::now();
+    for (size_t i : s.present) {
+        sqlite3_bind_text(byName, 1, t.name[i].c_str(), int(t.name[i].size()), SQLITE_STATIC);
+        if (idOf(byName) != int64_t(i) + 1) ++r.wrong;
+    }
+    r.seconds[kFind] = since(t0);
+    t0 = Clock::now();
+    for (const std::string &n : s.absent) {
+        sqlite3_bind_text(byName, 1, n.c_str(), int(n.size()), SQLITE_STATIC);
+        if (idOf(byName) != 0) ++r.wrong;
+    }
+    r.seconds[kMiss] = since(t0);
+    t0 = Clock::now();
+    for (size_t k = 0; k < s.paths.size(); ++k) {
+        const std::string &p = s.paths[k];
+        const size_t mid = p.find("].[");
+        const std::string parent = p.substr(1, mid - 1), child = p.substr(mid + 3, p.size() - mid - 4);
+        sqlite3_bind_text(byPath, 1, child.c_str(), int(child.size()), SQLITE_TRANSIENT);
+        sqlite3_bind_text(byPath, 2, parent.c_str(), int(parent.size()), SQLITE_TRANSIENT);
+        if (idOf(byPath) != int64_t(s.pathOf[k]) + 1) ++r.wrong;
+    }
+    r.seconds[kPath] = since(t0);
+    t0 = Clock::now();
+    check(sqlite3_exec(db, "BEGIN", nullptr, nullptr, nullptr), db, "begin");
+    for (size_t k = 0; k < s.renamed.size(); ++k) {
+        sqlite3_bind_text(rename, 1, s.newNames[k].c_str(), int(s.newNames[k].size()), SQLITE_STATIC);
+        sqlite3_bind_int64(rename, 2, int64_t(s.renamed[k]) + 1);
+        if (sqlite3_step(rename) != SQLITE_DONE) ++r.wrong;
+        sqlite3_reset(rename);
+    }
+    check(sqlite3_exec(db, "COMMIT", nullptr, nullptr, nullptr), db, "commit");
+    r.seconds[kRename] = since(t0);
+    t0 = Clock::now();
+    check(sqlite3_exec(db, "BEGIN", nullptr, nullptr, nullptr), db, "begin");
+    for (size_t i : s.deleted) {
+        sqlite3_bind_int64(del, 1, int64_t(i) + 1);
+        if (sqlite3_step(del) != SQLITE_DONE) ++r.wrong;
+        sqlite3_reset(del);
+    }
+    check(sqlite3_exec(db, "COMMIT", nullptr, nullptr, nullptr), db, "commit");
+    r.seconds[kDelete] = since(t0);
+    for (sqlite3_stmt *st : {ins, byName, byPath, rename, del}) sqlite3_finalize(st);
+    sqlite3_close(db);
+    return r;
+}
+
+// ---- one outline size ----------------------------------------------------------------
+
+void runGroup(benchmark::State &state, int millions) {
+    for (auto _ : state) {
+        Shape shape{millions};
+        Tree tree(shape);
+        Samples samples(tree, 20240611u + unsigned(millions));
+        Result (&res)[kWho] = g_results[millions];
+        res[kOurs] = runOutline(shape, tree, samples);
+        res[kMap] = runMap(tree, samples);
+        res[kSql] = runSql(tree, samples);
+        double total = 0;
+        for (double sec : res[kOurs].seconds) total += sec;
+        state.SetIterationTime(total);
+        state.counters["members"] = double(tree.name.size());
+        state.counters["build_s"] = res[kOurs].seconds[kBuild];
+        state.counters["rss_B_per_member"] = res[kOurs].rssPerMember;
+        state.counters["wrong"] = double(res[kOurs].wrong + res[kMap].wrong + res[kSql].wrong);
+    }
+}
+
+// What an outline with nothing in it holds, for an estimate of 0 (the
+// default of 5,000,000 strings) and of 1,000.
+void printEmptyOutlineCost() {
+    std::printf("\nEmpty outline (new, nothing added):\n");
+    for (VTX_ULONG_T estimate : {0u, 1000u}) {
+        vtx_netctx_t ctx = g_ctx;
+        ctx.estimatedHashSize = estimate;
+        const Usage before = Usage::now();
+        VTX_HOUTLINE_T h = nullptr;
+        vtx_outlineinfo_t oi{};
+        if (adShrOtlNewOutline(&ctx, &oi, &h, 0)) std::abort();
+        const Usage after = Usage::now();
+        auto *o = static_cast<VTX_POTL_T>(h);
+        auto *main = static_cast<ExtendedHash *>(o->pExtendedHashTable);
+        std::printf("  estimatedHashSize %-7lu heap %8.1f KiB  resident %8.1f KiB  first table %zu slots, "
+                    "%zu blocks of its own; count of repeats %s\n",
+                    (unsigned long)estimate, double(after.heap - before.heap) / 1024.0,
+                    double(after.rss - before.rss) / 1024.0, main->tableSize(0), main->blocksHeld(),
+                    o->pExtendedHashTableDupName ? "made" : "not made (unique names)");
+        (void)adShrOtlCloseOutline(h);
+    }
+}
+
+void printRatios() {
+    for (auto &[millions, res] : g_results) {
+        std::printf("\nOutline of %zu members (%d dimensions of 1,000 x 1,000 and one flat)\n",
+                    Shape{millions}.members(), millions);
+        std::printf("  %-18s %14s %22s %14s %12s %12s\n", "phase", "outline s", "vector+unordered_map s", "SQLite s",
+                    "vs map", "SQLite/ours");
+        for (int p = 0; p < kPhases; ++p)
+            std::printf("  %-18s %14.3f %22.3f %14.3f %11.2fx %11.2fx\n", kPhaseName[p], res[kOurs].seconds[p],
+                        res[kMap].seconds[p], res[kSql].seconds[p], res[kOurs].seconds[p] / res[kMap].seconds[p],
+                        res[kSql].seconds[p] / res[kOurs].seconds[p]);
+        for (int w = 0; w < kWho; ++w)
+            std::printf("  %-22s resident %7.1f B/member, heap %7.1f B/member, wrong answers %zu\n", kWhoName[w],
+                        res[w].rssPerMember, res[w].heapPerMember, res[w].wrong);
+    }
+    // The parts of a member of the outline, by size of their own.
+    std::printf("\nPer member of the outline: record %zu B (large), hash node 32 B, hash item %zu B, "
+                "member-number map %zu B, name and alias slots from the context's allocator\n",
+                sizeof(_vtx_otlmbrlarge_t), sizeof(VTX_OTLHASHITEM_T_EXT), sizeof(void *));
+}
+
+} // namespace
+
+int main(int argc, char **argv) {
+    std::vector<int> sizes = {1, 10};
+    std::vector<char *> args;
+    for (int i = 0; i < argc; ++i) {
+        if (std::strncmp(argv[i], "--sizes=", 8) == 0) {
+            sizes.clear();
+            for (const char *p = argv[i] + 8; *p;) {
+                char *end = nullptr;
+                sizes.push_back(int(std::strtol(p, &end, 10)));
+                p = *end == ',' ? end + 1 : end;
+            }
+        } else {
+            args.push_back(argv[i]);
+        }
+    }
+    int n = static_cast<int>(args.size());
+    benchmark::Initialize(&n, args.data());
+    std::memset(&g_ctx, 0, sizeof g_ctx);
+    (void)vtxHostInitContext(&g_ctx);
+    g_ctx.bSendMsgNet = 0;
+    g_ctx.lClientVersion = 0x00B20000;
+    g_ctx.lServerVersion = 0x00B20000;
+    g_ctx.lClientDllVersion = 0x00B20000;
+    for (int m : sizes) {
+        benchmark::RegisterBenchmark(cat("index/", std::to_string(m), "M").c_str(),
+                                     [=](benchmark::State &st) { runGroup(st, m); })
+            ->Iterations(1)
+            ->UseManualTime()
+            ->Unit(benchmark::kSecond);
+    }
+    benchmark::RunSpecifiedBenchmarks();
+    benchmark::Shutdown();
+    printEmptyOutlineCost();
+    printRatios();
+    return 0;
+}
