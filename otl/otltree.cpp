@@ -1979,6 +1979,8 @@ struct RenamePlan {
     VTX_POTLMBR_T newOriginal = nullptr;            // a shared member's new stored member
     VTX_POTLMBR_T oldOriginal = nullptr;
     bool repoint = false;
+    VTX_POTL_T outline = nullptr;                   // set with the first reset
+    VTX_USHORT_T promotedShare = 0;                 // share state of the copy a quiet rename promotes
     bool applied = false;
     bool renames = false;                           // the text changes at all
 
@@ -1987,7 +1989,18 @@ struct RenamePlan {
             c.p->MbrInfo.szMember = c.newName;
             if (c.newShare != c.oldShare) otlSetShare(c.p, c.newShare);
         }
-        for (auto &r : resets) r.first->OriginalMbr.hOriginalMbr = nullptr;
+        // A quiet rename leaves the copies with the old name: the first of
+        // them takes the stored member's place under that name, and the
+        // others point at it, so no copy is left without a stored member.
+        if (resets.size()) {
+            VTX_POTLMBR_T first = resets.begin()->first;
+            promotedShare = otlGetShare(first);
+            otlSetShare(first, VTX_SHARE_STORE);
+            first->OriginalMbr.hOriginalMbr = nullptr;
+            ++outline->Counts.ulRealMembers;
+            for (auto &r : resets)
+                if (r.first != first) r.first->OriginalMbr.hOriginalMbr = outline->bNonUniqueName ? first : nullptr;
+        }
         if (repoint) item->OriginalMbr.hOriginalMbr = newOriginal;
         applied = true;
     }
@@ -1995,6 +2008,10 @@ struct RenamePlan {
         for (NameChange &c : changes) {
             c.p->MbrInfo.szMember = c.oldName;
             if (c.newShare != c.oldShare) otlSetShare(c.p, c.oldShare);
+        }
+        if (resets.size()) {
+            otlSetShare(resets.begin()->first, promotedShare);
+            --outline->Counts.ulRealMembers;
         }
         for (auto &r : resets) r.first->OriginalMbr.hOriginalMbr = r.second;
         if (repoint) item->OriginalMbr.hOriginalMbr = oldOriginal;
@@ -2123,13 +2140,12 @@ VTX_STS_T planRename(VTX_POTL_T o, VTX_POTLMBR_T item, const char *newName, VTX_
     };
     if (VTX_STS_T sts = addChange(item, otlGetShare(item))) return r.set(sts, "adShrOtlRenameMember", VTX_MSGARG_STR);
     if (!shared && !isAttrCategory(categoryOf(item))) {
-        if (quiet) {
-            if (o->bNonUniqueName) {
-                VTX_POTLMBR_T s = nullptr;
-                while (!otlGetNextSharedMember(o, item, s, &s) && s)
-                    if (VTX_STS_T sts = plan.resets.push({s, s->OriginalMbr.hOriginalMbr}))
-                        return r.set(sts, "adShrOtlRenameMember", VTX_MSGARG_STR);
-            }
+        if (quiet && !caseOnly) {
+            plan.outline = o;
+            VTX_POTLMBR_T s = nullptr;
+            while (!otlGetNextSharedMember(o, item, s, &s) && s)
+                if (VTX_STS_T sts = plan.resets.push({s, s->OriginalMbr.hOriginalMbr}))
+                    return r.set(sts, "adShrOtlRenameMember", VTX_MSGARG_STR);
         } else if (!caseOnly) {
             VTX_ULONG_T count = 0;
             const bool oldDup = o->bNonUniqueName && otlIsNameDuplicated(ctx, o, oldName, 0, &count);

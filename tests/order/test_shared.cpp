@@ -136,3 +136,20 @@ TEST_F(SharedTest, PointingByHandIsForOutlinesWithDuplicateNames) {
     EXPECT_EQ(orig, stored);
     EXPECT_TRUE(p->ucStateFlag & OTL_STATE_SHAPE);
 }
+
+// A quiet rename takes the stored member away from its copies' name: one
+// copy takes its place under that name, and the other finds it.
+TEST_F(SharedTest, QuietRenameLeavesTheCopiesAStoredMember) {
+    ASSERT_EQ(adShrOtlRenameMember(h, stored, "Cola Classic", 3, nullptr), 0);
+    EXPECT_EQ(otlGetShare(stored), VTX_SHARE_STORE);
+    const bool aFirst = otlGetShare(copyA) == VTX_SHARE_STORE;
+    const bool cFirst = otlGetShare(copyC) == VTX_SHARE_STORE;
+    ASSERT_NE(aFirst, cFirst) << "exactly one copy is promoted";
+    VTX_POTLMBR_T promoted = aFirst ? copyA : copyC;
+    VTX_POTLMBR_T other = aFirst ? copyC : copyA;
+    VTX_HMEMBER_T orig = nullptr;
+    ASSERT_EQ(adShrOtlFindOriginalMember(h, other, &orig), 0);
+    EXPECT_EQ(orig, promoted);
+    ASSERT_EQ(otlUpdateMemno(p, p->pHeadItem), 0);
+    EXPECT_EQ(p->Counts.ulRealMembers, otlGetNonSharedItemCount(p->pHeadItem));
+}
