@@ -9,5 +9,6 @@
 #include "vtxotlfind.h"
 #include "vtxotlorder.h"
 #include "vtxotlalias.h"
+#include "vtxotlquery.h"
 
 #endif

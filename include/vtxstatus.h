@@ -341,6 +341,8 @@
 #define VTX_STS_TOO_DEEP                 1060620  /* a member would stand deeper than generation 127 */
 #define VTX_STS_BAD_PLACEMENT            1060621  /* parent and previous sibling disagree, or a handle of another outline */
 #define VTX_STS_NOT_AVAILABLE            1060622  /* needs a part of the outline this build does not serve yet */
+#define VTX_STS_KEY_OUTSIDE_VERIFY       1060623  /* member keys are built while the outline is verified or saved */
+#define VTX_STS_KEY_NOT_DUPLICATE        1060624  /* a member whose name does not repeat takes no key */
 
 /* paged store service */
 #define VTX_STS_OPG_CREATE               1250001  /* paged store: section cannot be created */

@@ -168,6 +168,11 @@ VTX_NODISCARD VTX_API VTX_STS_T otlInsertReservedAliasTables(VTX_POTL_T pOutline
 /* The index of a table named (without regard to case); 1060322 when none. */
 VTX_NODISCARD VTX_API VTX_STS_T otlGetAliasIndexFromName(VTX_POTL_T pOutline, VTX_CSTR_T name, VTX_USHORT_T *pIndex);
 
+/* ---- query handles (otlquery) --------------------------------------------- */
+/* Frees the flat record array of a query handle and every string its
+ * records hold; nothing on an edit handle. */
+VTX_API void otlFreeQueryMembers(vTX_PNETCTX_T pNetCtx, VTX_POTL_T pOutline);
+
 /* ---- dynamic time series entries, first part (otlname) --------------------- */
 VTX_NODISCARD VTX_API VTX_STS_T otlCreateDTSMbrs(vTX_PNETCTX_T pNetCtx, VTX_POTL_T pOutline);
 VTX_API void otlFreeDTSMbrs(vTX_PNETCTX_T pNetCtx, VTX_POTL_T pOutline);

@@ -148,6 +148,7 @@ VTX_STS_T otlCreateOutlineData(vTX_PNETCTX_T pNetCtx, VTX_POTL_T *ppOutline, VTX
 VTX_STS_T otlFreeOutlineData(vTX_PNETCTX_T pNetCtx, VTX_POTL_T p) {
     if (!p) return 0;
     // Members first: their alias slots are sized by the outline's tables.
+    otlFreeQueryMembers(pNetCtx, p);
     if (p->pHeadItem) {
         otlFreeItemList(pNetCtx, p, p->pHeadItem);
         p->pHeadItem = nullptr;
