@@ -1082,6 +1082,23 @@ VTX_BOOL_T otlIsNameDuplicated(vTX_PNETCTX_T pNetCtx, VTX_POTL_T pOutline, VTX_C
     return 1;
 }
 
+VTX_LONG_T otlGetHashDupNameIndex(vTX_PNETCTX_T pNetCtx, VTX_CSTR_T pszString, VTX_POTLDUPNAME_T pHashDupNameArray,
+                                  VTX_LONG_T lHigh) {
+    if (!pszString || !pHashDupNameArray || lHigh < 0) return 0;
+    VTX_LONG_T lo = 0, hi = lHigh, mid = 0;
+    int cmp = 0;
+    while (lo <= hi) {
+        mid = lo + (hi - lo) / 2;
+        const char *e = pHashDupNameArray[mid].pszString;
+        // A record without text sorts after every text.
+        cmp = e ? otlStricmp(pNetCtx, pszString, e) : -1;
+        if (cmp == 0) return mid;
+        if (cmp < 0) hi = mid - 1;
+        else lo = mid + 1;
+    }
+    return cmp > 0 ? mid + 1 : mid;
+}
+
 void otlHashClearDupMarksIfUnique(vTX_PNETCTX_T pNetCtx, VTX_POTL_T pOutline, VTX_CSTR_T pszName) {
     if (!pOutline || !pszName || !pOutline->bNonUniqueName) return;
     clearMarksIfUnique(ctxOf(pNetCtx, pOutline), pOutline, pszName);
@@ -1236,9 +1253,308 @@ VTX_BOOL_T adShrOtlIsGenLevUniqueNameSet(VTX_HOUTLINE_T, VTX_POTLMBR_T pDim, VTX
     return 0;
 }
 
+// ---- uniqueness state of a verification ------------------------------------------
+//
+// pDupMbrArry holds, per dimension in dimension order, a byte of rules and
+// findings per generation and level number, and the members of that
+// dimension whose name repeats anywhere.  It is one block: the records,
+// then the member lists they point into, so that the outline frees it as a
+// whole.
+
+} // extern "C"
+
+namespace {
+
+constexpr VTX_UCHAR_T kDnuRepeats = 0x01;     // index 0 and 1: a name repeats in the dimension
+constexpr VTX_UCHAR_T kDnuAtGen = 0x02;       // two unshared members of this generation share a name
+constexpr VTX_UCHAR_T kDnuAtLevel = 0x04;     // the same for a level
+constexpr VTX_UCHAR_T kDnuDimUnique = 0x20;   // index 0: the dimension allows no duplicates
+constexpr VTX_UCHAR_T kDnuGenUnique = 0x40;   // this generation demands unique names
+constexpr VTX_UCHAR_T kDnuLevelUnique = 0x80; // this level demands unique names
+
+unsigned countDims(VTX_POTL_T o) {
+    unsigned n = 0;
+    if (o->pHeadItem)
+        for (VTX_POTLMBR_T d = o->pHeadItem->pChild; d; d = d->pSibling) ++n;
+    return n;
+}
+
+// The position of a dimension record among the dimensions, or -1.
+int dimIndex(VTX_POTL_T o, VTX_POTLMBR_T dim) {
+    int i = 0;
+    if (dim && o->pHeadItem)
+        for (VTX_POTLMBR_T d = o->pHeadItem->pChild; d; d = d->pSibling, ++i)
+            if (d == dim) return i;
+    return -1;
+}
+
+VTX_POTLMBR_T *dupMembers(VTX_PDUPMBRARRY_T rec) { return static_cast<VTX_POTLMBR_T *>(rec->pDupMbrs); }
+
+// Every member below pTop, hidden ones included.
+template <class F>
+void forEachBelow(VTX_POTLMBR_T pTop, F &&f) {
+    for (VTX_POTLMBR_T c = pTop->pChild; c; c = c->pSibling) {
+        f(c);
+        forEachBelow(c, f);
+    }
+}
+
+// Each member that bears the text as its name and holds data of its own
+// (stored, or shared in the second form), in chain order.
+template <class F>
+void forEachNameOwner(vTX_PNETCTX_T ctx, VTX_POTL_T o, const char *name, F &&f) {
+    ChainIt it;
+    if (!placeOn(o->pExtendedHashTable, name, it)) return;
+    for (;; (void)extendedHashItIncrement(it.it())) {
+        VTX_SHORT_T cmp = 1;
+        VTX_POTLMBR_T m = otlMatchHashString(ctx, o, it.it(), name, nullptr, o->fCaseSensitive, 1, 0,
+                                             OTL_OPT_UNSHARED | OTL_OPT_SHARED9, 0, nullptr, &cmp);
+        if (!m) return;
+        f(m);
+    }
+}
+
+// Each live record of the duplicate hash that counts member names.
+template <class F>
+void forEachRepeatedName(VTX_POTL_T o, F &&f) {
+    if (!o->otlDupNameFactory) return;
+    for (VTX_ULONG_T i = 0; i < o->otlDupNameFactoryNextFreeIndex; ++i) {
+        VTX_POTLDUPNAME_T rec = otlHashItemsDupFactoryGetOtlDupName(o->otlDupNameFactory, i);
+        if (rec && rec->pszString && rec->usTotalCount && rec->usCount[0]) f(rec->pszString);
+    }
+}
+
+// Adds ulErrors4 bits for pItem to a list of findings, merged with an entry
+// the member has already.  The list grows 50 entries at a time.
+VTX_STS_T addFinding(vTX_PNETCTX_T ctx, VTX_POTLMBR_T pItem, VTX_ULONG_T bits4, VTX_POUTERROR_T *ppList,
+                     VTX_ULONG_T *pCount) {
+    if (!ppList || !pCount) return 0;
+    for (VTX_ULONG_T i = 0; i < *pCount; ++i)
+        if ((*ppList)[i].hMember == pItem) {
+            (*ppList)[i].ulErrors4 |= bits4;
+            return 0;
+        }
+    if (*pCount % 50 == 0) {
+        void *grown = nullptr;
+        VTX_STS_T sts = otlReallocEx(ctx, *ppList, (*pCount + 50) * sizeof(VTX_OUTERROR_T), &grown);
+        if (sts || !grown) return sts ? sts : VTX_STS_NO_MEMORY;
+        *ppList = static_cast<VTX_POUTERROR_T>(grown);
+    }
+    VTX_OUTERROR_T &e = (*ppList)[(*pCount)++];
+    std::memset(&e, 0, sizeof e);
+    e.hMember = pItem;
+    e.ulErrors = 0x40000000u;  // a finding of the fourth word
+    e.ulErrors4 = bits4;
+    return 0;
+}
+
+} // namespace
+
+extern "C" {
+
+VTX_BOOL_T otlHashIsItemDupNameLegal(vTX_PNETCTX_T pNetCtx, VTX_POTL_T pOutline, VTX_POTLMBR_T pItemIn,
+                                     VTX_BOOL_T bCheckDim, VTX_BOOL_T *pfDim, VTX_BOOL_T bCheckGen,
+                                     VTX_BOOL_T bCheckLev, VTX_BOOL_T *pfGen) {
+    if (pfDim) *pfDim = 0;
+    if (pfGen) *pfGen = 0;
+    if (!pOutline || !pItemIn || !pItemIn->MbrInfo.szMember) return 0;
+    vTX_PNETCTX_T ctx = ctxOf(pNetCtx, pOutline);
+    VTX_POTLMBR_T dim = otlGetDim(pItemIn);
+    if (bCheckDim && dim && !(dim->ucFlags & OTL_FLAG_DUP)) {
+        if (pfDim) *pfDim = 1;
+        return 0;
+    }
+    // Only a generation or level that demands unique names is checked.
+    if (bCheckGen && !adShrOtlIsGenLevUniqueNameSet(pOutline, dim, 1, pItemIn->MbrInfo.usGen)) bCheckGen = 0;
+    if (bCheckLev && !adShrOtlIsGenLevUniqueNameSet(pOutline, dim, 0, pItemIn->MbrInfo.usLevel)) bCheckLev = 0;
+    if (!bCheckGen && !bCheckLev) return 1;
+    ChainIt it;
+    if (!placeOn(pOutline->pExtendedHashTable, pItemIn->MbrInfo.szMember, it)) return 0;
+    for (;; (void)extendedHashItIncrement(it.it())) {
+        VTX_SHORT_T cmp = 1;
+        VTX_POTLMBR_T m = otlMatchHashString(ctx, pOutline, it.it(), pItemIn->MbrInfo.szMember, nullptr,
+                                             pOutline->fCaseSensitive, 1, 0, OTL_OPT_UNSHARED, 0, dim, &cmp);
+        if (!m) return 1;
+        if (m == pItemIn) continue;
+        if (bCheckGen && m->MbrInfo.usGen == pItemIn->MbrInfo.usGen) {
+            if (pfGen) *pfGen = 1;
+            return 0;
+        }
+        if (bCheckLev && m->MbrInfo.usLevel == pItemIn->MbrInfo.usLevel) return 0;
+    }
+}
+
+VTX_BOOL_T otlIsItemDupNameLegal(vTX_PNETCTX_T pNetCtx, VTX_POTL_T pOutline, VTX_POTLMBR_T pItem,
+                                 VTX_UCHAR_T ucNameUnique, VTX_BOOL_T *pfDim, VTX_BOOL_T *pfGen) {
+    if (pfDim) *pfDim = 0;
+    if (pfGen) *pfGen = 0;
+    if (!pOutline || !pItem) return 0;
+    VTX_POTLMBR_T dim = otlGetDim(pItem);
+    const int d = dimIndex(pOutline, dim);
+    if (d < 0) return 0;
+    if (!(dim->ucFlags & OTL_FLAG_DUP)) {
+        if (pfDim) *pfDim = 1;
+        return 0;
+    }
+    if (otlMbrIsSharedShare(pItem)) return 1;
+    VTX_PDUPMBRARRY_T arr = pOutline->pDupMbrArry;
+    if (!arr || d >= arr[0].ucArrySize) {
+        // No verification has run: ask the index.
+        return otlHashIsItemDupNameLegal(pNetCtx, pOutline, pItem, 0, pfDim, 1, 1, pfGen);
+    }
+    const VTX_UCHAR_T *bytes = arr[d].pDimNonUnique;
+    const VTX_UCHAR_T g = bytes[pItem->MbrInfo.usGen & 0xff];
+    const VTX_UCHAR_T l = bytes[pItem->MbrInfo.usLevel & 0xff];
+    if (!(g & kDnuGenUnique) && !(l & kDnuLevelUnique)) return 1;
+    const bool checkGen = (g & kDnuGenUnique) && (g & kDnuAtGen) && (ucNameUnique & OTL_NU_AT_GEN);
+    if ((l & kDnuLevelUnique) && (l & kDnuAtLevel) && (ucNameUnique & OTL_NU_AT_LEVEL))
+        return otlHashIsItemDupNameLegal(pNetCtx, pOutline, pItem, 0, pfDim, checkGen, 1, pfGen);
+    if (checkGen) return otlHashIsItemDupNameLegal(pNetCtx, pOutline, pItem, 0, pfDim, 1, 0, pfGen);
+    return 1;
+}
+
+VTX_STS_T otlVerifySetDupMbrArry(VTX_POTL_T pOutline) {
+    if (!pOutline) return VTX_STS_NULL_ARG;
+    vTX_PNETCTX_T ctx = pOutline->pNetCtx;
+    // The block is sized by what it lists, so each verification makes it anew.
+    (void)otlFreeMem(ctx, pOutline->pDupMbrArry);  // a block of ours: nothing to report
+    pOutline->pDupMbrArry = nullptr;
+    const unsigned nDims = countDims(pOutline);
+    if (nDims == 0) return 0;
+    // The findings of the last verification go.
+    for (VTX_POTLMBR_T d = pOutline->pHeadItem->pChild; d; d = d->pSibling)
+        forEachBelow(d, [](VTX_POTLMBR_T m) {
+            m->ucFlags &= (VTX_UCHAR_T)~OTL_FLAG_DUP;
+            m->ucNameUnique = 0;
+        });
+    // First the size: the bearers of repeated names in each dimension.
+    VTX_ULONG_T perDim[OTL_MAX_DIMS + 1] = {};
+    VTX_ULONG_T total = 0;
+    forEachRepeatedName(pOutline, [&](const char *name) {
+        forEachNameOwner(ctx, pOutline, name, [&](VTX_POTLMBR_T m) {
+            const int d = dimIndex(pOutline, otlGetDim(m));
+            if (d < 0) return;
+            ++perDim[d];
+            ++total;
+        });
+    });
+    const size_t head = nDims * sizeof(VTX_DUPMBRARRY_T);
+    void *block = nullptr;
+    VTX_STS_T sts = otlAlloc(ctx, head + total * sizeof(VTX_POTLMBR_T), &block);
+    if (sts || !block) return sts ? sts : VTX_STS_NO_MEMORY;
+    std::memset(block, 0, head + total * sizeof(VTX_POTLMBR_T));
+    VTX_PDUPMBRARRY_T arr = static_cast<VTX_PDUPMBRARRY_T>(block);
+    VTX_POTLMBR_T *lists = reinterpret_cast<VTX_POTLMBR_T *>(static_cast<char *>(block) + head);
+    arr[0].ucArrySize = (VTX_UCHAR_T)nDims;
+    unsigned i = 0;
+    VTX_ULONG_T offset = 0;
+    for (VTX_POTLMBR_T dim = pOutline->pHeadItem->pChild; dim; dim = dim->pSibling, ++i) {
+        arr[i].pDupMbrs = lists + offset;
+        offset += perDim[i];
+        VTX_UCHAR_T *bytes = arr[i].pDimNonUnique;
+        if (!(dim->ucFlags & OTL_FLAG_DUP)) bytes[0] |= kDnuDimUnique;
+        const unsigned depth = dim->MbrInfo.usLevel;
+        for (unsigned g = 2; g <= depth + 1 && g < 256; ++g)
+            if (adShrOtlIsGenLevUniqueNameSet(pOutline, dim, 1, (VTX_USHORT_T)g)) bytes[g] |= kDnuGenUnique;
+        for (unsigned l = 0; l <= depth && l < 256; ++l)
+            if (adShrOtlIsGenLevUniqueNameSet(pOutline, dim, 0, (VTX_USHORT_T)l)) bytes[l] |= kDnuLevelUnique;
+    }
+    pOutline->pDupMbrArry = arr;
+    // Then the lists and the findings, one repeated name at a time.
+    forEachRepeatedName(pOutline, [&](const char *name) {
+        VTX_ULONG_T before[OTL_MAX_DIMS + 1];
+        for (unsigned d = 0; d < nDims; ++d) before[d] = arr[d].ulDupCount;
+        forEachNameOwner(ctx, pOutline, name, [&](VTX_POTLMBR_T m) {
+            const int d = dimIndex(pOutline, otlGetDim(m));
+            if (d < 0 || arr[d].ulDupCount >= perDim[d]) return;
+            m->ucNameUnique |= OTL_NU_DUP;
+            dupMembers(&arr[d])[arr[d].ulDupCount++] = m;
+        });
+        for (unsigned d = 0; d < nDims; ++d) {
+            VTX_POTLMBR_T *owners = dupMembers(&arr[d]) + before[d];
+            const VTX_ULONG_T n = arr[d].ulDupCount - before[d];
+            if (n < 2) continue;
+            VTX_UCHAR_T *bytes = arr[d].pDimNonUnique;
+            bytes[0] |= kDnuRepeats;
+            bytes[1] |= kDnuRepeats;
+            for (VTX_ULONG_T j = 0; j < n; ++j) owners[j]->ucNameUnique |= OTL_NU_IN_DIM;
+            for (VTX_ULONG_T j = 0; j < n; ++j)
+                for (VTX_ULONG_T k = j + 1; k < n; ++k) {
+                    VTX_POTLMBR_T a = owners[j], b = owners[k];
+                    const bool stored = !otlMbrIsSharedShare(a) && !otlMbrIsSharedShare(b);
+                    if (a->MbrInfo.usGen == b->MbrInfo.usGen) {
+                        a->ucNameUnique |= OTL_NU_AT_GEN;
+                        b->ucNameUnique |= OTL_NU_AT_GEN;
+                        if (stored) bytes[a->MbrInfo.usGen & 0xff] |= kDnuAtGen;
+                    }
+                    if (a->MbrInfo.usLevel == b->MbrInfo.usLevel) {
+                        a->ucNameUnique |= OTL_NU_AT_LEVEL;
+                        b->ucNameUnique |= OTL_NU_AT_LEVEL;
+                        if (stored) bytes[a->MbrInfo.usLevel & 0xff] |= kDnuAtLevel;
+                    }
+                }
+        }
+    });
+    return 0;
+}
+
+VTX_STS_T otlVerifySetNonUniqueName(VTX_POTL_T pOutline, VTX_POUTERROR_T *, VTX_ULONG_T *) {
+    if (!pOutline) return VTX_STS_NULL_ARG;
+    VTX_PDUPMBRARRY_T arr = pOutline->pDupMbrArry;
+    if (!arr) return 0;
+    for (unsigned d = 0; d < arr[0].ucArrySize; ++d)
+        for (VTX_ULONG_T j = 0; j < arr[d].ulDupCount; ++j) {
+            VTX_POTLMBR_T m = dupMembers(&arr[d])[j];
+            if (!otlGetDim(m)) return otlReport(pOutline->pNetCtx, VTX_STS_NO_DIM_FOUND, "otlVerifySetNonUniqueName",
+                                                VTX_MSGARG_STR, nullptr, 0);
+            // A dimension record keeps the bit for its own rule.
+            if (m->MbrInfo.usGen > 1) m->ucFlags |= OTL_FLAG_DUP;
+        }
+    return 0;
+}
+
+VTX_ULONG_T otlVerifyNameUniqueness(VTX_POTL_T pOutline, VTX_POUTERROR_T *ppMbrErrors, VTX_ULONG_T *pulCount) {
+    if (!pOutline || !pOutline->pDupMbrArry) return 0;
+    VTX_PDUPMBRARRY_T arr = pOutline->pDupMbrArry;
+    VTX_ULONG_T illegal = 0;
+    for (unsigned d = 0; d < arr[0].ucArrySize; ++d)
+        for (VTX_ULONG_T j = 0; j < arr[d].ulDupCount; ++j) {
+            VTX_POTLMBR_T m = dupMembers(&arr[d])[j];
+            VTX_BOOL_T fDim = 0, fGen = 0;
+            if (otlIsItemDupNameLegal(pOutline->pNetCtx, pOutline, m, m->ucNameUnique, &fDim, &fGen)) continue;
+            ++illegal;
+            // 0x4: the dimension wants unique names; 0x8: a generation; 0x10: a level.
+            const VTX_ULONG_T bits = fDim ? 0x4 : (fGen ? 0x8 : 0x10);
+            (void)addFinding(pOutline->pNetCtx, m, bits, ppMbrErrors, pulCount);  // the count stands even when the list cannot grow
+        }
+    return illegal;
+}
+
 // ---- dimension name filter ------------------------------------------------------
 
 VTX_BOOL_T bBloomFilterActive = 0;
+
+} // extern "C"
+
+namespace {
+
+// The filter's bits end at 4098, in the first three bits of its last byte;
+// the top bit of that byte tells that this outline's filter is loaded, so
+// two outlines open at once never read each other's state.
+constexpr unsigned kBloomActiveByte = OTL_BLOOM_BYTES - 1;
+constexpr VTX_UCHAR_T kBloomActiveBit = 0x80;
+static_assert(4099 <= kBloomActiveByte * 8 + 7, "the active bit must lie past the filter's bits");
+
+inline bool bloomActive(VTX_POTL_T o) { return (o->dimBloomFilter[kBloomActiveByte] & kBloomActiveBit) != 0; }
+
+inline void bloomSet(VTX_POTL_T o, const char *name) {
+    const VTX_ULONG_T bit = otlIsNameDupAmongDimensionsBloomFilterHashIdFunction(o, name);
+    o->dimBloomFilter[bit / 8] |= static_cast<VTX_UCHAR_T>(1u << (bit % 8));
+}
+
+} // namespace
+
+extern "C" {
 
 VTX_ULONG_T otlIsNameDupAmongDimensionsBloomFilterHashIdFunction(VTX_POTL_T pOutline, VTX_CSTR_T name) {
     char folded[VTX_MBRNAME_LEN];
@@ -1263,18 +1579,30 @@ void otlIsNameDupAmongDimensionsBloomFilterLoadDimNames(VTX_POTL_T pOutline) {
     if (!pOutline) return;
     std::memset(pOutline->dimBloomFilter, 0, sizeof pOutline->dimBloomFilter);
     if (pOutline->pHeadItem)
-        for (VTX_POTLMBR_T d = pOutline->pHeadItem->pChild; d; d = d->pSibling) {
-            const VTX_ULONG_T bit = otlIsNameDupAmongDimensionsBloomFilterHashIdFunction(pOutline, d->MbrInfo.szMember);
-            pOutline->dimBloomFilter[bit / 8] |= static_cast<VTX_UCHAR_T>(1u << (bit % 8));
-        }
+        for (VTX_POTLMBR_T d = pOutline->pHeadItem->pChild; d; d = d->pSibling) bloomSet(pOutline, d->MbrInfo.szMember);
+    pOutline->dimBloomFilter[kBloomActiveByte] |= kBloomActiveBit;
     bBloomFilterActive = 1;
 }
 
-void otlIsNameDupAmongDimensionsBloomFilterClear(VTX_POTL_T) { bBloomFilterActive = 0; }
+void otlIsNameDupAmongDimensionsBloomFilterClear(VTX_POTL_T pOutline) {
+    if (pOutline) pOutline->dimBloomFilter[kBloomActiveByte] &= (VTX_UCHAR_T)~kBloomActiveBit;
+    bBloomFilterActive = 0;
+}
+
+VTX_BOOL_T otlIsNameDupAmongDimensionsBloomFilterActive(VTX_POTL_T pOutline) {
+    return pOutline && bloomActive(pOutline) ? 1 : 0;
+}
+
+void otlIsNameDupAmongDimensionsBloomFilterAddName(VTX_POTL_T pOutline, VTX_CSTR_T name) {
+    // A dimension name that goes is left in: the filter may only answer
+    // "maybe" too often, never "no" wrongly.
+    if (pOutline && name && bloomActive(pOutline)) bloomSet(pOutline, name);
+}
+
 
 VTX_BOOL_T otlIsNameDupAmongDimensions(VTX_POTL_T pOutline, VTX_CSTR_T pszString, VTX_USHORT_T, VTX_POTLMBR_T *ppMbr) {
     if (!pOutline || !pszString) return 0;
-    if (bBloomFilterActive && !otlIsNameDupAmongDimensionsBloomFilter(pOutline, pszString)) return 0;
+    if (bloomActive(pOutline) && !otlIsNameDupAmongDimensionsBloomFilter(pOutline, pszString)) return 0;
     if (ppMbr) *ppMbr = nullptr;
     if (!pOutline->pHeadItem) return 0;
     for (VTX_POTLMBR_T d = pOutline->pHeadItem->pChild; d; d = d->pSibling) {

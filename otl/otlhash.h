@@ -227,6 +227,11 @@ VTX_API void otlMatchHashDupNameString(vTX_PNETCTX_T pNetCtx, VTX_POTL_T pOutlin
                                        VTX_CSTR_T pszString, VTX_BOOL_T fCaseSensitive, VTX_BOOL_T fMember,
                                        VTX_BOOL_T fAlias, VTX_USHORT_T usAliasTable, VTX_BOOL_T fAny,
                                        VTX_SHORT_T *psCmp);
+/* A binary search by case-insensitive comparison over records 0..lHigh of
+ * an array sorted by text, in which records without text come last: the
+ * index of the record of pszString, or where it would go. */
+VTX_API VTX_LONG_T otlGetHashDupNameIndex(vTX_PNETCTX_T pNetCtx, VTX_CSTR_T pszString,
+                                          struct _vtx_otl_dupname_t *pHashDupNameArray, VTX_LONG_T lHigh);
 /* After a bearer of pszName left it (rename, share change): when the name
  * no longer repeats, its last bearer loses the duplicate mark. */
 VTX_API void otlHashClearDupMarksIfUnique(vTX_PNETCTX_T pNetCtx, VTX_POTL_T pOutline, VTX_CSTR_T pszName);
@@ -267,11 +272,47 @@ VTX_API VTX_BOOL_T otlIsNameExistInDimensionAtGenLevel(vTX_PNETCTX_T pNetCtx, VT
 VTX_API VTX_BOOL_T adShrOtlIsGenLevUniqueNameSet(VTX_HOUTLINE_T hOutline, VTX_POTLMBR_T pDim, VTX_BOOL_T fGen,
                                                 VTX_USHORT_T usGenLevel);
 
+/* ---- uniqueness state of a verification ------------------------------------
+ * Verification of an outline of duplicate names keeps, per dimension, the
+ * generations and levels that demand unique names, where names repeat, and
+ * the members whose names repeat (pDupMbrArry).  The member flags it sets:
+ * ucNameUnique OTL_NU_..., and ucFlags 0x80 on a member whose name repeats. */
+
+/* True when pItemIn may keep its name: with bCheckDim its dimension must
+ * allow duplicates (*pfDim set otherwise); with bCheckGen or bCheckLev no
+ * other unshared member of the dimension may bear it at the same generation
+ * (*pfGen set) or level, where that generation or level demands unique
+ * names. */
+VTX_API VTX_BOOL_T otlHashIsItemDupNameLegal(vTX_PNETCTX_T pNetCtx, VTX_POTL_T pOutline, VTX_POTLMBR_T pItemIn,
+                                             VTX_BOOL_T bCheckDim, VTX_BOOL_T *pfDim, VTX_BOOL_T bCheckGen,
+                                             VTX_BOOL_T bCheckLev, VTX_BOOL_T *pfGen);
+/* The verdict for a member listed by the last verification, from its
+ * ucNameUnique and its dimension's state; a shared member is always legal.
+ * Without a verification's state the index answers. */
+VTX_API VTX_BOOL_T otlIsItemDupNameLegal(vTX_PNETCTX_T pNetCtx, VTX_POTL_T pOutline, VTX_POTLMBR_T pItem,
+                                         VTX_UCHAR_T ucNameUnique, VTX_BOOL_T *pfDim, VTX_BOOL_T *pfGen);
+/* Rebuilds pDupMbrArry and every member's ucNameUnique from the duplicate
+ * counts.  Allocation failure leaves no state (and the marks cleared). */
+VTX_NODISCARD VTX_API VTX_STS_T otlVerifySetDupMbrArry(VTX_POTL_T pOutline);
+/* Marks each listed member (below generation 1) with ucFlags 0x80. */
+VTX_NODISCARD VTX_API VTX_STS_T otlVerifySetNonUniqueName(VTX_POTL_T pOutline, VTX_POUTERROR_T *ppMbrErrors,
+                                                          VTX_ULONG_T *pulCount);
+/* The number of listed members whose name breaks a uniqueness rule; each is
+ * added to the list (ulErrors4 0x4: its dimension, 0x8: a generation, 0x10:
+ * a level), merged with an entry it has.  The list is the caller's to free. */
+VTX_API VTX_ULONG_T otlVerifyNameUniqueness(VTX_POTL_T pOutline, VTX_POUTERROR_T *ppMbrErrors,
+                                            VTX_ULONG_T *pulCount);
+
 /* ---- dimension name filter ---------------------------------------------------
  * A 4099-bit filter of dimension names that spares a bulk load comparing
- * every new name with every dimension.  bBloomFilterActive is process-wide:
- * the host runs one bulk load at a time. */
+ * every new name with every dimension.  Each outline has its own filter and
+ * its own "loaded" state, set by LoadDimNames and cleared by Clear; while
+ * loaded, adding or renaming a dimension enters its new name.
+ * bBloomFilterActive only mirrors the last load or clear, for hosts that
+ * read it; no decision of the library rests on it. */
 VTX_API extern VTX_BOOL_T bBloomFilterActive;
+VTX_API VTX_BOOL_T otlIsNameDupAmongDimensionsBloomFilterActive(VTX_POTL_T pOutline);
+VTX_API void otlIsNameDupAmongDimensionsBloomFilterAddName(VTX_POTL_T pOutline, VTX_CSTR_T name);
 VTX_API VTX_ULONG_T otlIsNameDupAmongDimensionsBloomFilterHashIdFunction(VTX_POTL_T pOutline, VTX_CSTR_T name);
 VTX_API VTX_BOOL_T otlIsNameDupAmongDimensionsBloomFilter(VTX_POTL_T pOutline, VTX_CSTR_T name);
 VTX_API void otlIsNameDupAmongDimensionsBloomFilterLoadDimNames(VTX_POTL_T pOutline);

@@ -1127,6 +1127,7 @@ VTX_STS_T addMemberCommon(VTX_POTL_T o, vtx_mbrinfo_t *pMbrInfo, VTX_POTLMBR_T p
     } else {
         // Step 27.
         if (isDim && o->bNonUniqueName) pItem->ucFlags |= OTL_FLAG_DUP;
+        if (isDim) otlIsNameDupAmongDimensionsBloomFilterAddName(o, pItem->MbrInfo.szMember);
         const VTX_ULONG_T d = pItem->ulDimno - 1;
         pItem->mbrId = (VTX_INT32_T)o->nextMbrIds[d]++;
         pItem->persistMbrId = (VTX_INT32_T)o->nextPersistMbrIds[d]++;
@@ -2246,6 +2247,7 @@ VTX_STS_T renameMember(VTX_HOUTLINE_T hOutline, VTX_HMEMBER_T hMember, VTX_CSTR_
             return f.fail(sts);
         }
         plan.dropNames(o, false, itemShared);
+        if (isDimRecord(item)) otlIsNameDupAmongDimensionsBloomFilterAddName(o, item->MbrInfo.szMember);
         // The old name may stand alone now.
         otlHashClearDupMarksIfUnique(ctx, o, oldName.get());
         // A name that no longer repeats is no duplicate.
@@ -2442,6 +2444,7 @@ extern "C" VTX_STS_T adShrOtlSetMemberInfo(VTX_HOUTLINE_T hOutline, VTX_HMEMBER_
         if (!wasShared && nowShared) (void)otlHashDupNameShareChanged(ctx, o, item, item->MbrInfo.szMember, 1);  // leaving needs no memory
         // A name this member gave up or stopped counting for may stand alone now.
         if (plan.renames) otlHashClearDupMarksIfUnique(ctx, o, plan.changes[0].oldName);
+        if (plan.renames && isDimRecord(item)) otlIsNameDupAmongDimensionsBloomFilterAddName(o, item->MbrInfo.szMember);
         if (!wasShared && nowShared) otlHashClearDupMarksIfUnique(ctx, o, item->MbrInfo.szMember);
         if (!small) freeOldStrings(ctx, old);
         recountShare(o, item, oldShare, newShare);

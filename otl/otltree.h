@@ -167,6 +167,18 @@ VTX_API VTX_BOOL_T otlMbrSetfAttributed(VTX_POTL_T pOutline, VTX_POTLMBR_T pItem
 /* ---- per-member verification and name rules (otlverfy) -------------------- */
 VTX_API VTX_BOOL_T otlIsNameLegal(VTX_HOUTLINE_T hOutline, VTX_CSTR_T pszName, vTX_PNETCTX_T pNetCtx,
                                   NAMETYPE_T nameType);
+/* The rules of otlIsNameLegal for a caller with no outline at hand: the
+ * outline's type and name rule only.  An aggregate-storage outline keeps the
+ * old length limit here, as its paged version is unknown.  Sets no flag. */
+VTX_API VTX_BOOL_T otlMotfIsNameLegal(VTX_USHORT_T usOutlineType, VTX_USHORT_T usOtlNameType, VTX_CSTR_T pszName,
+                                      vTX_PNETCTX_T pNetCtx, NAMETYPE_T nameType);
+/* A member identifier (the key alias of an outline of duplicate names):
+ * present, shorter than 16501 bytes and not a reserved word. */
+VTX_API VTX_BOOL_T otlIsMemberIDLegal(VTX_CSTR_T pszName, vTX_PNETCTX_T pNetCtx);
+/* A member name or alias of usLength characters in a block-storage outline
+ * longer than the old limit marks the outline as needing long names. */
+VTX_API void otlEnableLongNames(VTX_POTL_T pOutline, VTX_USHORT_T usOutlineType, VTX_USHORT_T usLength,
+                                NAMETYPE_T nameType);
 /* Returns a word of verification bits of pItem; bits for shared lookups go
  * to *pulVerify4. */
 VTX_API VTX_ULONG_T otlVerifyItem(vTX_PNETCTX_T pNetCtx, VTX_POTL_T pOutline, VTX_POTLMBR_T pDim,

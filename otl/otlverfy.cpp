@@ -52,6 +52,60 @@ bool isMemberIdLegal(vTX_PNETCTX_T ctx, const char *id) {
     return id && std::strlen(id) < 16501 && !isReservedName(ctx, id);
 }
 
+// What decides the rules a text is measured by: the outline's kind and name
+// rule, and the paged version of an aggregate-storage outline when there is
+// an outline to ask.
+struct NameRule {
+    VTX_USHORT_T usOutlineType = VTX_OTL_REGULAR;
+    VTX_USHORT_T usOtlNameType = VTX_NAMES_UNIQUE;
+    VTX_ULONG_T cOPGVersion = 0;
+    bool knowsPagedVersion = true;
+    void *utf8Locale = nullptr;   // set for a UTF-8 outline: the text must be valid UTF-8
+};
+
+// The longest name in characters.  Clients from before long names keep the
+// old limit whatever the outline could hold; a host that leaves the client
+// version at 0 is such a client.
+size_t nameLimit(vTX_PNETCTX_T ctx, NAMETYPE_T nameType, const NameRule &rule) {
+    if (nameType != 1 || !ctx) return VTX_OLD_NAME_CHARS;
+    const VTX_ULONG64_T dll = ((VTX_ULONG64_T)ctx->lClientDllVersion << 32) | ctx->clientDllProtocolVersion;
+    if (ctx->lClientDllVersion <= kLongNameDll || dll <= kLongNameDllProtocol) return VTX_OLD_NAME_CHARS;
+    if (rule.usOutlineType != VTX_OTL_AGGSTORE) return VTX_MAX_NAME_CHARS;
+    // Aggregate storage holds long names from paged version 82 on.
+    if (!rule.knowsPagedVersion || rule.cOPGVersion <= 81) return VTX_OLD_NAME_CHARS;
+    return VTX_MAX_NAME_CHARS;
+}
+
+bool nameMeetsRule(const char *name, vTX_PNETCTX_T ctx, NAMETYPE_T nameType, const NameRule &rule, size_t *pChars) {
+    if (!name) return false;
+    // Bytes that are not UTF-8 in a UTF-8 outline could never be written
+    // back or compared; such a text is no name.
+    if (rule.utf8Locale && !adGlobStrIsValid(rule.utf8Locale, name)) return false;
+    // A server may relax the quote and first-character rules.
+    const bool relaxed = ctx && ctx->Type == 1 && ctx->bRelaxedNames;
+    void *locale = rule.utf8Locale ? rule.utf8Locale : (ctx ? ctx->pLocale : nullptr);
+    const size_t chars = adGlobStrNumChars(locale, name);
+    if (pChars) *pChars = chars;
+    if (chars == 0 || chars > nameLimit(ctx, nameType, rule)) return false;
+    if (rule.usOtlNameType != VTX_NAMES_RELAXED) {
+        if (!relaxed && std::strchr(name, '"')) return false;
+        const unsigned char first = static_cast<unsigned char>(name[0]);
+        if (first < 0x80 && (first == ' ' || first == '\t' || first == '\n' || first == '\r' || first == '\v' ||
+                             first == '\f'))
+            return false;
+        if (!relaxed && std::strchr("@=_+-{}().|\\',<", first)) return false;
+        if (endsWithSpace(name)) return false;
+    }
+    return !isReservedName(ctx, name);
+}
+
+void *utf8LocaleOf(VTX_POTL_T o) {
+    if (o->pUTF8Locale) return o->pUTF8Locale;
+    void *l = nullptr;
+    (void)adGlobGetUTF8Locale(&l);  // the shared locale; cannot fail with an argument
+    return l;
+}
+
 const char *formatStringOf(VTX_POTLMBR_T p) { return isLarge(p) ? L(p)->pszFormatString : nullptr; }
 
 // Bit-to-number tables, in the order the bits are tested.
@@ -98,35 +152,38 @@ extern "C" {
 // ---- names ---------------------------------------------------------------------
 
 VTX_BOOL_T otlIsNameLegal(VTX_HOUTLINE_T hOutline, VTX_CSTR_T pszName, vTX_PNETCTX_T pNetCtx, NAMETYPE_T nameType) {
-    if (!pszName) return 0;
     VTX_POTL_T o = static_cast<VTX_POTL_T>(hOutline);
     vTX_PNETCTX_T ctx = pNetCtx ? pNetCtx : (o ? o->pNetCtx : nullptr);
-    // A server may relax the quote and first-character rules.
-    const bool relaxed = ctx && ctx->Type == 1 && ctx->bRelaxedNames;
-    const bool agg = o && o->usOutlineType == VTX_OTL_AGGSTORE;
-    size_t limit = VTX_OLD_NAME_CHARS;
-    if (nameType == 1) limit = (agg && o->cOPGVersion <= 81) ? VTX_OLD_NAME_CHARS : VTX_MAX_NAME_CHARS;
-    if (ctx) {
-        VTX_ULONG64_T dll = ((VTX_ULONG64_T)ctx->lClientDllVersion << 32) | ctx->clientDllProtocolVersion;
-        if (ctx->lClientDllVersion <= kLongNameDll || dll <= kLongNameDllProtocol) limit = VTX_OLD_NAME_CHARS;
-    } else {
-        limit = VTX_OLD_NAME_CHARS;
+    NameRule rule;
+    if (o) {
+        rule.usOutlineType = o->usOutlineType;
+        rule.usOtlNameType = o->usOtlNameType;
+        rule.cOPGVersion = o->cOPGVersion;
+        rule.utf8Locale = o->bIsUTF8 ? utf8LocaleOf(o) : nullptr;
     }
-    const size_t chars = adGlobStrNumChars(ctx ? ctx->pLocale : nullptr, pszName);
-    if (chars == 0 || chars > limit) return 0;
-    if (!o || o->usOtlNameType != VTX_NAMES_RELAXED) {
-        if (!relaxed && std::strchr(pszName, '"')) return 0;
-        const unsigned char first = static_cast<unsigned char>(pszName[0]);
-        if (first < 0x80 && (first == ' ' || first == '\t' || first == '\n' || first == '\r' || first == '\v' ||
-                             first == '\f'))
-            return 0;
-        if (!relaxed && std::strchr("@=_+-{}().|\\',<", first)) return 0;
-        if (endsWithSpace(pszName)) return 0;
-    }
-    if (isReservedName(ctx, pszName)) return 0;
+    size_t chars = 0;
+    if (!nameMeetsRule(pszName, ctx, nameType, rule, &chars)) return 0;
     // A long name in a block-storage outline needs the long form of the file.
-    if (nameType == 1 && o && !agg && chars > VTX_OLD_NAME_CHARS) o->bLongNames = 1;
+    if (o) otlEnableLongNames(o, o->usOutlineType, (VTX_USHORT_T)(chars > 0xffff ? 0xffff : chars), nameType);
     return 1;
+}
+
+VTX_BOOL_T otlMotfIsNameLegal(VTX_USHORT_T usOutlineType, VTX_USHORT_T usOtlNameType, VTX_CSTR_T pszName,
+                              vTX_PNETCTX_T pNetCtx, NAMETYPE_T nameType) {
+    NameRule rule;
+    rule.usOutlineType = usOutlineType;
+    rule.usOtlNameType = usOtlNameType;
+    rule.knowsPagedVersion = false;
+    return nameMeetsRule(pszName, pNetCtx, nameType, rule, nullptr) ? 1 : 0;
+}
+
+VTX_BOOL_T otlIsMemberIDLegal(VTX_CSTR_T pszName, vTX_PNETCTX_T pNetCtx) {
+    return isMemberIdLegal(pNetCtx, pszName) ? 1 : 0;
+}
+
+void otlEnableLongNames(VTX_POTL_T pOutline, VTX_USHORT_T usOutlineType, VTX_USHORT_T usLength, NAMETYPE_T nameType) {
+    if (pOutline && nameType == 1 && usOutlineType != VTX_OTL_AGGSTORE && usLength > VTX_OLD_NAME_CHARS)
+        pOutline->bLongNames = 1;
 }
 
 VTX_STS_T otlVerifyGenLevNames(VTX_POTLMBR_T pItem, VTX_POTL_T pOutline) {

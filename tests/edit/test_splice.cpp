@@ -216,17 +216,18 @@ TEST_F(SpliceTest, DimensionNameFilter) {
     found = reinterpret_cast<VTX_POTLMBR_T>(0x1);
     EXPECT_FALSE(otlIsNameDupAmongDimensions(o, other, 0, &found));
     EXPECT_EQ(found, reinterpret_cast<VTX_POTLMBR_T>(0x1));
-    // The switch is process-wide: a second outline that never loaded its
-    // names sees no clashes while it is on.
+    // The switch belongs to the outline: a second outline that never loaded
+    // its names still compares with its dimensions.
     vtx_outlineinfo_t info{};
     VTX_HOUTLINE_T h2 = nullptr;
     ASSERT_EQ(adShrOtlNewOutline(t.ctx(), &info, &h2, 0), 0);
     vtx_mbrinfo_t di = makeInfo("Year");
     VTX_HMEMBER_T m = nullptr;
     ASSERT_EQ(adShrOtlAddDimension(h2, &di, nullptr, nullptr, &m, nullptr), 0);
-    EXPECT_FALSE(otlIsNameDupAmongDimensions(static_cast<VTX_POTL_T>(h2), "Year", 0, &found));
+    EXPECT_TRUE(otlIsNameDupAmongDimensions(static_cast<VTX_POTL_T>(h2), "Year", 0, &found));
     otlIsNameDupAmongDimensionsBloomFilterClear(o);
     EXPECT_FALSE(bBloomFilterActive);
+    EXPECT_FALSE(otlIsNameDupAmongDimensionsBloomFilterActive(o));
     EXPECT_TRUE(otlIsNameDupAmongDimensions(static_cast<VTX_POTL_T>(h2), "Year", 0, &found));
     adShrOtlCloseOutline(h2);
 }

@@ -4,7 +4,9 @@
 
 #include <CLI/CLI.hpp>
 
+#include <cctype>
 #include <cstring>
+#include <map>
 #include <memory>
 #include <string>
 #include <vector>
@@ -291,6 +293,156 @@ VTX_STS_T otlctlBuildSample(vtx_netctx_t *pNetCtx, VTX_HOUTLINE_T *phOutline) {
     return 0;
 }
 
+namespace {
+
+// The sample of duplicate names: months under each quarter of two years,
+// quarters under each year, cities under more than one region, and "Total"
+// in two dimensions.
+void buildDupYear(Builder &b) {
+    MemberSpec dim;
+    dim.category = VTX_CAT_TIME;
+    dim.share = VTX_SHARE_LABEL;
+    VTX_HMEMBER_T year = b.dimension("Year", dim);
+    for (int y = 2024; y <= 2025; ++y) {
+        VTX_HMEMBER_T fy = b.child(year, ("FY" + std::to_string(y)).c_str());
+        for (int q = 0; q < 4; ++q) {
+            VTX_HMEMBER_T qtr = b.child(fy, ("Q" + std::to_string(q + 1)).c_str());
+            for (int m = 0; m < 3; ++m) b.child(qtr, kMonths[q * 3 + m]);
+        }
+    }
+}
+
+void buildDupMeasures(Builder &b) {
+    MemberSpec dim;
+    dim.category = VTX_CAT_ACCOUNTS;
+    dim.share = VTX_SHARE_LABEL;
+    VTX_HMEMBER_T measures = b.dimension("Measures", dim);
+    VTX_HMEMBER_T total = b.child(measures, "Total");
+    b.child(total, "Sales");
+    b.child(total, "COGS", consol(VTX_CONS_SUB));
+}
+
+void buildDupMarket(Builder &b) {
+    MemberSpec dim;
+    dim.storage = 1;
+    VTX_HMEMBER_T market = b.dimension("Market", dim);
+    const char *const east[] = {"Boston", "Portland", "Springfield", "Albany"};
+    const char *const west[] = {"Portland", "Salem", "Springfield"};
+    const char *const central[] = {"Springfield", "Boston", "Columbus"};
+    VTX_HMEMBER_T r = b.child(market, "East");
+    for (const char *c : east) b.child(r, c);
+    r = b.child(market, "West");
+    for (const char *c : west) b.child(r, c);
+    r = b.child(market, "Central");
+    for (const char *c : central) b.child(r, c);
+}
+
+void buildDupProduct(Builder &b) {
+    MemberSpec dim;
+    dim.storage = 1;
+    VTX_HMEMBER_T product = b.dimension("Product", dim);
+    VTX_HMEMBER_T total = b.child(product, "Total");
+    for (const char *family : {"Colas", "Root Beer"}) {
+        VTX_HMEMBER_T f = b.child(total, family);
+        for (const char *size : {"Regular", "Diet"}) b.child(f, size);
+    }
+}
+
+// One member as the repeated-name listing sees it.
+struct Bearer {
+    VTX_HMEMBER_T h;
+    std::string name;
+    std::vector<std::string> ancestors;  // from the dimension down to the parent
+    bool shared;
+};
+
+std::string folded(const std::string &s) {
+    std::string f(s);
+    for (char &c : f) c = (char)std::tolower(static_cast<unsigned char>(c));
+    return f;
+}
+
+// Whether b would answer to a's last k ancestors too (names compared
+// without regard to case); a bearer with fewer ancestors cannot.
+bool sameTail(const Bearer &a, const Bearer &b, size_t k) {
+    if (a.ancestors.size() < k || b.ancestors.size() < k) return false;
+    for (size_t i = 1; i <= k; ++i)
+        if (folded(a.ancestors[a.ancestors.size() - i]) != folded(b.ancestors[b.ancestors.size() - i])) return false;
+    return true;
+}
+
+} // namespace
+
+VTX_STS_T otlctlBuildDuplicatesSample(vtx_netctx_t *pNetCtx, VTX_HOUTLINE_T *phOutline) {
+    if (phOutline) *phOutline = nullptr;
+    if (!pNetCtx || !phOutline) return VTX_STS_NULL_ARG;
+    vtx_outlineinfo_t newInfo{};
+    newInfo.usOutlineType = VTX_OTL_REGULAR;
+    newInfo.usOtlNameType = VTX_NAMES_DUP;
+    VTX_HOUTLINE_T h = nullptr;
+    VTX_STS_T sts = adShrOtlNewOutline(pNetCtx, &newInfo, &h, 0);
+    if (sts) return sts;
+    Builder b(pNetCtx, h);
+    buildDupYear(b);
+    buildDupMeasures(b);
+    buildDupMarket(b);
+    buildDupProduct(b);
+    if (b.status()) {
+        (void)adShrOtlCloseOutline(h);  // always 0
+        return b.status();
+    }
+    *phOutline = h;
+    return 0;
+}
+
+VTX_STS_T otlctlQualifiedRepeatedNames(VTX_HOUTLINE_T hOutline, vtx_netctx_t *pNetCtx,
+                                       std::vector<std::pair<std::string, std::string>> &names) {
+    names.clear();
+    std::vector<Bearer> all;
+    std::vector<std::string> path;
+    VTX_HMEMBER_T dim = nullptr;
+    VTX_STS_T sts = adShrOtlGetFirstMember(hOutline, &dim);
+    auto collect = [&](VTX_HMEMBER_T h, const vtx_mbrinfo_t &m) {
+        path.resize(m.usGen - 1);
+        all.push_back({h, m.szMember, path, m.usShare == VTX_SHARE_SHARED || m.usShare == VTX_SHARE_SHARED2});
+        path.push_back(m.szMember);
+    };
+    while (!sts && dim) {
+        sts = walk(hOutline, pNetCtx, dim, collect);
+        if (!sts) sts = adShrOtlGetNextSibling(hOutline, dim, &dim);
+    }
+    if (sts) return sts;
+    // Only members that hold a name of their own count as its bearers.
+    std::map<std::string, std::vector<size_t>> byName;
+    for (size_t i = 0; i < all.size(); ++i)
+        if (!all[i].shared) byName[folded(all[i].name)].push_back(i);
+    for (size_t i = 0; i < all.size(); ++i) {
+        const Bearer &me = all[i];
+        if (me.shared) continue;
+        const std::vector<size_t> &same = byName[folded(me.name)];
+        if (same.size() < 2) continue;
+        // The fewest ancestors that tell this bearer from the others.
+        size_t k = 1;
+        for (; k < me.ancestors.size(); ++k) {
+            bool clash = false;
+            for (size_t j : same)
+                if (j != i && sameTail(me, all[j], k)) clash = true;
+            if (!clash) break;
+        }
+        char expr[VTX_PATH_BLOCK_LEN];
+        std::string prefix;
+        for (size_t a = me.ancestors.size() - k; a < me.ancestors.size() && !sts; ++a) {
+            sts = adShrConstrucMemberPathExpression(nullptr, prefix.empty() ? nullptr : prefix.c_str(),
+                                                    me.ancestors[a].c_str(), expr);
+            if (!sts) prefix = expr;
+        }
+        if (!sts) sts = adShrConstrucMemberPathExpression(nullptr, prefix.c_str(), me.name.c_str(), expr);
+        if (sts) return sts;
+        names.emplace_back(me.name, expr);
+    }
+    return 0;
+}
+
 VTX_STS_T otlctlPrintTree(VTX_HOUTLINE_T hOutline, vtx_netctx_t *pNetCtx, std::FILE *out, const char *aliasTable) {
     VTX_HMEMBER_T dim = nullptr;
     VTX_STS_T sts = adShrOtlGetFirstMember(hOutline, &dim);
@@ -369,11 +521,11 @@ vtx_netctx_t sampleContext() {
 }
 
 // Runs body on a fresh sample outline; a failure ends the command with 1.
-template <class F>
-void withSample(F &&body) {
+template <class B, class F>
+void withSample(B &&build, F &&body) {
     vtx_netctx_t ctx = sampleContext();
     VTX_HOUTLINE_T h = nullptr;
-    VTX_STS_T sts = otlctlBuildSample(&ctx, &h);
+    VTX_STS_T sts = build(&ctx, &h);
     if (sts) {
         std::fprintf(stderr, "otlctl: building the sample outline failed with status %d\n", sts);
         throw CLI::RuntimeError(1);
@@ -386,6 +538,11 @@ void withSample(F &&body) {
     }
 }
 
+template <class F>
+void withSample(F &&body) {
+    withSample(otlctlBuildSample, body);
+}
+
 } // namespace
 
 void registerSampleCommands(CLI::App &app) {
@@ -393,10 +550,26 @@ void registerSampleCommands(CLI::App &app) {
     static bool numbers = false;
     static std::string aliasTable;
     cmdSample->add_option("--alias", aliasTable, "Show each member's alias in this alias table (e.g. German)");
+    static bool duplicates = false;
+    cmdSample->add_flag("--duplicates", duplicates,
+                        "Build a sample outline that allows duplicate member names instead, print it, and list "
+                        "each repeated name with the qualified name that tells its bearer apart");
     cmdSample->add_flag("--numbers", numbers,
                         "Renumber the outline and print every member's generation, level, member number, actual "
                         "member number and dimension number; shared members name their stored member");
     cmdSample->callback([]() {
+        if (duplicates) {
+            withSample(otlctlBuildDuplicatesSample, [](VTX_HOUTLINE_T h, vtx_netctx_t *ctx) -> VTX_STS_T {
+                VTX_STS_T sts = otlctlPrintTree(h, ctx, stdout);
+                std::vector<std::pair<std::string, std::string>> names;
+                if (!sts) sts = otlctlQualifiedRepeatedNames(h, ctx, names);
+                if (sts) return sts;
+                std::printf("\nrepeated names:\n");
+                for (const auto &n : names) std::printf("  %-14s %s\n", n.first.c_str(), n.second.c_str());
+                return 0;
+            });
+            return;
+        }
         withSample([](VTX_HOUTLINE_T h, vtx_netctx_t *ctx) {
             return numbers ? otlctlPrintNumbers(h, stdout)
                            : otlctlPrintTree(h, ctx, stdout, aliasTable.empty() ? nullptr : aliasTable.c_str());

@@ -3,6 +3,9 @@
 #pragma once
 
 #include <cstdio>
+#include <string>
+#include <utility>
+#include <vector>
 
 #include "vtxotl.h"
 
@@ -17,6 +20,18 @@ class App;
 // markets of a few hundred members each with shared members; a scenario
 // dimension.  On failure nothing is left open and the status is returned.
 VTX_STS_T otlctlBuildSample(vtx_netctx_t *pNetCtx, VTX_HOUTLINE_T *phOutline);
+
+// Builds the sample outline of duplicate names: months and quarters that
+// repeat under two years, cities under more than one region, "Total" in two
+// dimensions.
+VTX_STS_T otlctlBuildDuplicatesSample(vtx_netctx_t *pNetCtx, VTX_HOUTLINE_T *phOutline);
+
+// For every member whose name another member bears too (shared members left
+// out), in outline order: its name and the shortest path of its ancestors
+// and itself that no other bearer of the name answers to, such as
+// "[FY2025].[Q1].[Jan]".
+VTX_STS_T otlctlQualifiedRepeatedNames(VTX_HOUTLINE_T hOutline, vtx_netctx_t *pNetCtx,
+                                       std::vector<std::pair<std::string, std::string>> &names);
 
 // Prints the outline as an indented tree: consolidation, name, generation,
 // level, storage of dimensions and the share marks; with aliasTable, each
