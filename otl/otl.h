@@ -88,6 +88,10 @@ VTX_NODISCARD VTX_API VTX_STS_T otlCopyLargeFromMbrInfo(VTX_POTL_T pOutline, VTX
  * value) and zeroes the pointer and the type. */
 VTX_API void otlFreeMbrInfoPointerFields(vTX_PNETCTX_T pNetCtx, vtx_mbrinfo_t *pMbrInfo);
 
+/* Whether a query-form record holds the fields of id (IsMbrValid): a
+ * negative id names bits of the second mask word in its low 31 bits. */
+VTX_API VTX_BOOL_T otlIsMbrValid(VTX_LONG_T id, const VTX_ULONG_T mask[2]);
+
 /* The dimension record of a member: null for null and the root, itself at
  * generation 1. */
 VTX_API VTX_POTLMBR_T otlGetDim(VTX_POTLMBR_T pItem);

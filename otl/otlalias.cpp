@@ -514,9 +514,44 @@ VTX_STS_T adShrOtlGetMemberAlias(VTX_HOUTLINE_T hOutline, VTX_HMEMBER_T hMember,
     if (VTX_STS_T sts = f.enter({hMember})) return sts;
     auto *m = static_cast<VTX_POTLMBR_T>(hMember);
     if (!m || !ppszAlias) return f.fail(VTX_STS_NULL_ARG, "adShrOtlGetMemberAlias", VTX_MSGARG_STR);
+    VTX_POTL_T o = f.outline();
+    // A query-form record answers only when its server sent the aliases.
+    if ((m->ucFlags & OTL_FLAG_QUERYMASK) && !OTL_IS_SMALL(m) &&
+        (!otlIsMbrValid(0x80000, OTL_LARGE(m)->ulBitmask) || !otlIsMbrValid((VTX_LONG_T)0x80000400u, OTL_LARGE(m)->ulBitmask)))
+        return f.fail(VTX_STS_FIELD_NOT_FETCHED, "MemberAliasName, UniqueName", VTX_MSGARG_STR);
     VTX_USHORT_T t = 0;
     if (VTX_STS_T sts = tableFor(f, pszAliasTable, &t)) return sts;
     const char *a = aliasOf(m, t);
+    // The "Unique Name" table of an outline with duplicates: once the tree
+    // or a name changed since the save, stored values may name another
+    // member, so the name is worked out; a stored member whose name does
+    // not repeat has none.  A shared member without a stored value is
+    // worked out as well.
+    bool compute = false;
+    if (o->bNonUniqueName && t == 0 && !o->fOpenQuery) {
+        const bool shared = otlMbrIsSharedShare(m);
+        if (o->ucStateFlag & OTL_STATE_SHAPE) {
+            VTX_ULONG_T count = 0;
+            if (!shared && !otlIsNameDuplicated(f.ctx(), o, m->MbrInfo.szMember, 0, &count)) return 0;
+            compute = true;
+        } else if (!a && shared) {
+            compute = true;
+        }
+    }
+    if (compute) {
+        if (f.ctx() && f.ctx()->bUseNonUniqueMbrIdKey) {
+            VTX_STR_T key = nullptr;
+            if (VTX_STS_T sts = otlAlloc(f.ctx(), VTX_MBRKEY_LEN, &key)) return f.fail(sts, "adShrOtlGetMemberAlias", VTX_MSGARG_STR);
+            VTX_STS_T sts = adShrOtlConstructMemberIDKey(o, m, key);
+            if (sts) {
+                (void)otlFreeMem(f.ctx(), key);  // the key failed; its status is the answer
+                return sts;
+            }
+            *ppszAlias = key;
+            return 0;
+        }
+        return adShrOtlConstructMemberUniqueName(o, m, ppszAlias);
+    }
     if (!a) return 0;
     if (VTX_STS_T sts = otlStrdup(f.ctx(), a, ppszAlias)) return f.fail(sts, "adShrOtlGetMemberAlias", VTX_MSGARG_STR);
     return 0;

@@ -14,16 +14,6 @@ constexpr VTX_LONG_T kVerNonUnique = 0x8ffff;   // above
 inline VTX_POTLMBR_T M(VTX_HMEMBER_T h) { return static_cast<VTX_POTLMBR_T>(h); }
 inline VTX_POTLMBR_T visible(VTX_POTLMBR_T p) { return p && !OTL_IS_HIDDEN(p) ? p : nullptr; }
 
-// A query-form record says which fields it holds; a negative id selects the
-// second word of the mask.
-bool isMbrValid(VTX_LONG_T id, const VTX_ULONG_T mask[2]) {
-    if (id < 0) {
-        VTX_ULONG_T bits = (VTX_ULONG_T)id & 0x7fffffffu;
-        return (mask[1] & bits) == bits;
-    }
-    return (mask[0] & (VTX_ULONG_T)id) == (VTX_ULONG_T)id;
-}
-
 // The frame and the checks every navigation call shares.  A null member is
 // the root where the call allows it.
 VTX_STS_T navEnter(otl::CallFrame &f, VTX_HMEMBER_T hMember, bool nullIsRoot, VTX_POTLMBR_T *ppItem,
@@ -175,7 +165,7 @@ VTX_STS_T adShrOtlGetMemberInfo(VTX_HOUTLINE_T hOutline, VTX_HMEMBER_T hMember, 
     return otl::otlGuard(ctx, "adShrOtlGetMemberInfo", [&]() -> VTX_STS_T {
         const bool query = o->fOpenQuery != 0;
         if ((item->ucFlags & OTL_FLAG_QUERYMASK) && !OTL_IS_SMALL(item) &&
-            !isMbrValid(65535, OTL_LARGE(item)->ulBitmask))
+            !otlIsMbrValid(65535, OTL_LARGE(item)->ulBitmask))
             return f.fail(VTX_STS_INFO_NOT_FETCHED);
         const VTX_LONG_T ver = ctx ? ctx->lClientVersion : 0;
         // Clients before 5.0 read an older record form this library does not

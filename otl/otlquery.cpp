@@ -15,16 +15,6 @@ constexpr const char *kUniqueNameTable = "Unique Name";
 
 inline VTX_POTLMBR_T M(VTX_HMEMBER_T h) { return static_cast<VTX_POTLMBR_T>(h); }
 
-// A query-form record says which fields it holds; a negative id selects the
-// second word of the mask.
-bool isMbrValid(VTX_LONG_T id, const VTX_ULONG_T mask[2]) {
-    if (id < 0) {
-        VTX_ULONG_T bits = (VTX_ULONG_T)id & 0x7fffffffu;
-        return (mask[1] & bits) == bits;
-    }
-    return (mask[0] & (VTX_ULONG_T)id) == (VTX_ULONG_T)id;
-}
-
 // "]" doubled, as every bracketed name of a key is written.
 std::string esc(const char *name) {
     std::string s;
@@ -517,7 +507,7 @@ VTX_STS_T adShrOtlGetMemberField(VTX_HOUTLINE_T hOutline, VTX_HMEMBER_T hMember,
     return otl::otlGuard(ctx, "adShrOtlGetMemberField", [&]() -> VTX_STS_T {
         const VTX_POTLMBRLARGE_T l = OTL_IS_SMALL(item) ? nullptr : OTL_LARGE(item);
         if (!l) return f.fail(VTX_STS_BAD_FIELD_ID);
-        if ((item->ucFlags & OTL_FLAG_QUERYMASK) && !isMbrValid((VTX_LONG_T)ulFieldID, l->ulBitmask))
+        if ((item->ucFlags & OTL_FLAG_QUERYMASK) && !otlIsMbrValid((VTX_LONG_T)ulFieldID, l->ulBitmask))
             return f.fail(VTX_STS_BAD_FIELD_ID);
         const auto &mi = l->MbrInfo;
         const char *linkName = nullptr;

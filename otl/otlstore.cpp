@@ -318,6 +318,14 @@ void otlFreeItemList(vTX_PNETCTX_T pNetCtx, VTX_POTL_T pOutline, VTX_POTLMBR_T p
 
 // ---- walks ------------------------------------------------------------------
 
+VTX_BOOL_T otlIsMbrValid(VTX_LONG_T id, const VTX_ULONG_T mask[2]) {
+    if (id < 0) {
+        VTX_ULONG_T bits = (VTX_ULONG_T)id & 0x7fffffffu;
+        return (mask[1] & bits) == bits;
+    }
+    return (mask[0] & (VTX_ULONG_T)id) == (VTX_ULONG_T)id;
+}
+
 VTX_POTLMBR_T otlGetDim(VTX_POTLMBR_T pItem) {
     if (!pItem || pItem->MbrInfo.usGen == 0) return nullptr;
     while (pItem && pItem->MbrInfo.usGen >= 2) pItem = pItem->pParent;

@@ -256,3 +256,35 @@ TEST_F(AliasTest, CountsStayWithTheirTablesThroughARandomMix) {
     }
     expectCountsMatch();
 }
+
+TEST_F(AliasTest, AQueryRecordAnswersOnlyWhatItsServerSent) {
+    ASSERT_EQ(adShrOtlSetMemberAlias(h, jan, "Default", "January", 0, nullptr), 0);
+    jan->ucFlags |= OTL_FLAG_QUERYMASK;
+    VTX_STR_T a = nullptr;
+    EXPECT_EQ(adShrOtlGetMemberAlias(h, jan, "Default", &a), VTX_STS_FIELD_NOT_FETCHED);
+    EXPECT_EQ(a, nullptr);
+    OTL_LARGE(jan)->ulBitmask[0] = 0x80000;
+    EXPECT_EQ(adShrOtlGetMemberAlias(h, jan, "Default", &a), VTX_STS_FIELD_NOT_FETCHED) << "both words must allow it";
+    OTL_LARGE(jan)->ulBitmask[1] = 0x400;
+    ASSERT_EQ(adShrOtlGetMemberAlias(h, jan, "Default", &a), 0);
+    EXPECT_STREQ(a, "January");
+    adShrOtlFree(t.ctx(), a);
+    jan->ucFlags &= ~OTL_FLAG_QUERYMASK;
+}
+
+// In an outline of duplicate names the "Unique Name" table answers the
+// name that tells a member apart once the tree has changed since a save.
+TEST_F(AliasTest, UniqueNameTableAnswersWorkedOutNamesAfterAChange) {
+    adShrOtlCloseOutline(h);
+    make(0, VTX_NAMES_DUP);
+    VTX_POTLMBR_T q1 = add(year, "Q1");
+    VTX_POTLMBR_T q2 = add(year, "Q2");
+    VTX_POTLMBR_T jan1 = add(q1, "January");
+    add(q2, "January");
+    ASSERT_TRUE(p->ucStateFlag & OTL_STATE_SHAPE);
+    EXPECT_EQ(alias(jan1, "Unique Name"), "[Q1].[January]");
+    EXPECT_EQ(alias(q1, "Unique Name"), "") << "a name that does not repeat needs none";
+    t.ctx()->bUseNonUniqueMbrIdKey = 1;
+    EXPECT_NE(alias(jan1, "Unique Name").find("[Year]"), std::string::npos) << "the member-id form names the dimension";
+    t.ctx()->bUseNonUniqueMbrIdKey = 0;
+}
