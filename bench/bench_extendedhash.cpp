@@ -17,6 +17,8 @@
 // prints the ratios to the baseline.  Pass --sizes=1000000 to run one size
 // only.
 #include <benchmark/benchmark.h>
+
+#include "benchsupport.h"
 #include <malloc.h>
 
 #include <algorithm>
@@ -280,20 +282,7 @@ void printRatios(const std::vector<size_t> &sizes) {
 
 int main(int argc, char **argv) {
     std::vector<size_t> sizes = {1000000, 10000000};
-    // Our own flag first, the rest is Google Benchmark's.
-    std::vector<char *> args;
-    for (int i = 0; i < argc; ++i) {
-        if (std::strncmp(argv[i], "--sizes=", 8) == 0) {
-            sizes.clear();
-            for (const char *p = argv[i] + 8; *p;) {
-                char *end = nullptr;
-                sizes.push_back(std::strtoull(p, &end, 10));
-                p = *end == ',' ? end + 1 : end;
-            }
-        } else {
-            args.push_back(argv[i]);
-        }
-    }
+    std::vector<char *> args = vtxbench::takeSizes(argc, argv, sizes);
     int n = static_cast<int>(args.size());
     benchmark::Initialize(&n, args.data());
     std::memset(&g_ctx, 0, sizeof g_ctx);

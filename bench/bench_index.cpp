@@ -20,6 +20,8 @@
 // after Google Benchmark's table.  --sizes=1,10 picks the outlines by millions of
 // members.
 #include <benchmark/benchmark.h>
+
+#include "benchsupport.h"
 #include <malloc.h>
 #include <sqlite3.h>
 #include <unistd.h>
@@ -496,19 +498,7 @@ void printRatios() {
 
 int main(int argc, char **argv) {
     std::vector<int> sizes = {1, 10};
-    std::vector<char *> args;
-    for (int i = 0; i < argc; ++i) {
-        if (std::strncmp(argv[i], "--sizes=", 8) == 0) {
-            sizes.clear();
-            for (const char *p = argv[i] + 8; *p;) {
-                char *end = nullptr;
-                sizes.push_back(int(std::strtol(p, &end, 10)));
-                p = *end == ',' ? end + 1 : end;
-            }
-        } else {
-            args.push_back(argv[i]);
-        }
-    }
+    std::vector<char *> args = vtxbench::takeSizes(argc, argv, sizes);
     int n = static_cast<int>(args.size());
     benchmark::Initialize(&n, args.data());
     std::memset(&g_ctx, 0, sizeof g_ctx);

@@ -8,6 +8,7 @@
 
 #include <cstdio>
 #include <cstdlib>
+#include <cstring>
 #include <map>
 #include <string>
 #include <utility>
@@ -62,6 +63,27 @@ private:
     std::vector<Pair> pairs_;
     std::map<std::string, double> times_;
 };
+
+// Takes "--sizes=a,b,c" out of the arguments (the rest are Google
+// Benchmark's); sizes keeps its defaults when the flag is absent.
+template <class T>
+std::vector<char *> takeSizes(int argc, char **argv, std::vector<T> &sizes) {
+    std::vector<char *> args;
+    for (int i = 0; i < argc; ++i) {
+        if (std::strncmp(argv[i], "--sizes=", 8) == 0) {
+            sizes.clear();
+            for (const char *p = argv[i] + 8; *p;) {
+                char *end = nullptr;
+                sizes.push_back(static_cast<T>(std::strtoull(p, &end, 10)));
+                if (end == p) break;
+                p = *end == ',' ? end + 1 : end;
+            }
+        } else {
+            args.push_back(argv[i]);
+        }
+    }
+    return args;
+}
 
 inline int runWithRatios(int argc, char **argv, std::vector<RatioReporter::Pair> pairs) {
     benchmark::Initialize(&argc, argv);

@@ -30,6 +30,20 @@ VTX_STS_T navEnter(otl::CallFrame &f, VTX_HMEMBER_T hMember, bool nullIsRoot, VT
     return 0;
 }
 
+// One step of navigation from a member: the frame, the member's checks,
+// the output cleared first and filled by step(member).
+template <class Step>
+VTX_STS_T navigate(VTX_HOUTLINE_T hOutline, VTX_HMEMBER_T hMember, VTX_HMEMBER_T *phOut, bool nullIsRoot,
+                   const char *call, Step step) {
+    if (phOut) *phOut = nullptr;
+    otl::CallFrame f(hOutline, otl::kRead);
+    VTX_POTLMBR_T item = nullptr;
+    if (VTX_STS_T sts = navEnter(f, hMember, nullIsRoot, &item, call)) return sts;
+    if (!phOut) return f.fail(VTX_STS_NULL_ARG, call, VTX_MSGARG_STR);
+    if (item) *phOut = step(item);
+    return 0;
+}
+
 } // namespace
 
 extern "C" {
@@ -75,54 +89,29 @@ VTX_STS_T adShrOtlGetFirstMember(VTX_HOUTLINE_T hOutline, VTX_HMEMBER_T *phMembe
 }
 
 VTX_STS_T adShrOtlGetChild(VTX_HOUTLINE_T hOutline, VTX_HMEMBER_T hMember, VTX_HMEMBER_T *phChild) {
-    if (phChild) *phChild = nullptr;
-    otl::CallFrame f(hOutline, otl::kRead);
-    VTX_POTLMBR_T item = nullptr;
-    if (VTX_STS_T sts = navEnter(f, hMember, true, &item, "adShrOtlGetChild")) return sts;
-    if (!phChild) return f.fail(VTX_STS_NULL_ARG, "adShrOtlGetChild", VTX_MSGARG_STR);
-    if (item) *phChild = visible(item->pChild);
-    return 0;
+    return navigate(hOutline, hMember, phChild, true, "adShrOtlGetChild",
+                    [](VTX_POTLMBR_T m) { return visible(m->pChild); });
 }
 
 VTX_STS_T adShrOtlGetLastChild(VTX_HOUTLINE_T hOutline, VTX_HMEMBER_T hMember, VTX_HMEMBER_T *phChild) {
-    if (phChild) *phChild = nullptr;
-    otl::CallFrame f(hOutline, otl::kRead);
-    VTX_POTLMBR_T item = nullptr;
-    if (VTX_STS_T sts = navEnter(f, hMember, true, &item, "adShrOtlGetLastChild")) return sts;
-    if (!phChild) return f.fail(VTX_STS_NULL_ARG, "adShrOtlGetLastChild", VTX_MSGARG_STR);
-    if (item) *phChild = item->MbrInfo.pLastSibling;
-    return 0;
+    return navigate(hOutline, hMember, phChild, true, "adShrOtlGetLastChild",
+                    [](VTX_POTLMBR_T m) { return m->MbrInfo.pLastSibling; });
 }
 
 VTX_STS_T adShrOtlGetParent(VTX_HOUTLINE_T hOutline, VTX_HMEMBER_T hMember, VTX_HMEMBER_T *phParent) {
-    if (phParent) *phParent = nullptr;
-    otl::CallFrame f(hOutline, otl::kRead);
-    VTX_POTLMBR_T item = nullptr;
-    if (VTX_STS_T sts = navEnter(f, hMember, false, &item, "adShrOtlGetParent")) return sts;
-    if (!phParent) return f.fail(VTX_STS_NULL_ARG, "adShrOtlGetParent", VTX_MSGARG_STR);
     // A dimension has no parent the caller can see.
-    if (item->MbrInfo.usGen > 1) *phParent = item->pParent;
-    return 0;
+    return navigate(hOutline, hMember, phParent, false, "adShrOtlGetParent",
+                    [](VTX_POTLMBR_T m) { return m->MbrInfo.usGen > 1 ? m->pParent : nullptr; });
 }
 
 VTX_STS_T adShrOtlGetNextSibling(VTX_HOUTLINE_T hOutline, VTX_HMEMBER_T hMember, VTX_HMEMBER_T *phSibling) {
-    if (phSibling) *phSibling = nullptr;
-    otl::CallFrame f(hOutline, otl::kRead);
-    VTX_POTLMBR_T item = nullptr;
-    if (VTX_STS_T sts = navEnter(f, hMember, false, &item, "adShrOtlGetNextSibling")) return sts;
-    if (!phSibling) return f.fail(VTX_STS_NULL_ARG, "adShrOtlGetNextSibling", VTX_MSGARG_STR);
-    *phSibling = visible(item->pSibling);
-    return 0;
+    return navigate(hOutline, hMember, phSibling, false, "adShrOtlGetNextSibling",
+                    [](VTX_POTLMBR_T m) { return visible(m->pSibling); });
 }
 
 VTX_STS_T adShrOtlGetPrevSibling(VTX_HOUTLINE_T hOutline, VTX_HMEMBER_T hMember, VTX_HMEMBER_T *phSibling) {
-    if (phSibling) *phSibling = nullptr;
-    otl::CallFrame f(hOutline, otl::kRead);
-    VTX_POTLMBR_T item = nullptr;
-    if (VTX_STS_T sts = navEnter(f, hMember, false, &item, "adShrOtlGetPrevSibling")) return sts;
-    if (!phSibling) return f.fail(VTX_STS_NULL_ARG, "adShrOtlGetPrevSibling", VTX_MSGARG_STR);
-    *phSibling = visible(item->pPrevSibling);
-    return 0;
+    return navigate(hOutline, hMember, phSibling, false, "adShrOtlGetPrevSibling",
+                    [](VTX_POTLMBR_T m) { return visible(m->pPrevSibling); });
 }
 
 VTX_STS_T adShrOtlGetNextMember(VTX_HOUTLINE_T hOutline, VTX_HMEMBER_T hTop, VTX_HMEMBER_T hMember,

@@ -26,7 +26,12 @@ std::string esc(const char *name) {
     return s;
 }
 
-std::string bracket(const char *name) { return "[" + esc(name) + "]"; }
+std::string bracket(const char *name) {
+    std::string s(1, '[');
+    s += esc(name);
+    s += ']';
+    return s;
+}
 
 const char *nameOf(VTX_POTLMBR_T p) { return p && p->MbrInfo.szMember ? p->MbrInfo.szMember : ""; }
 
