@@ -10,5 +10,6 @@
 #include "vtxotlorder.h"
 #include "vtxotlalias.h"
 #include "vtxotlquery.h"
+#include "vtxotlmbrprop.h"
 
 #endif

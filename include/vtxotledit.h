@@ -158,6 +158,10 @@ VTX_API VTX_STS_T adShrOtlGetFirstMember(VTX_HOUTLINE_T hOutline, VTX_HMEMBER_T 
 /* A null hMember means the root in GetChild and GetLastChild. */
 VTX_API VTX_STS_T adShrOtlGetChild(VTX_HOUTLINE_T hOutline, VTX_HMEMBER_T hMember, VTX_HMEMBER_T *phChild);
 VTX_API VTX_STS_T adShrOtlGetLastChild(VTX_HOUTLINE_T hOutline, VTX_HMEMBER_T hMember, VTX_HMEMBER_T *phChild);
+/* The last child added by build pass ulBuildId or an earlier one; a null
+ * member means the root.  Null when every child came later. */
+VTX_API VTX_STS_T adShrOtlGetLastChildByBuildId(VTX_HOUTLINE_T hOutline, VTX_HMEMBER_T hMember,
+                                                VTX_ULONG_T ulBuildId, VTX_HMEMBER_T *phMember);
 /* Null for a dimension. */
 VTX_API VTX_STS_T adShrOtlGetParent(VTX_HOUTLINE_T hOutline, VTX_HMEMBER_T hMember, VTX_HMEMBER_T *phParent);
 VTX_API VTX_STS_T adShrOtlGetNextSibling(VTX_HOUTLINE_T hOutline, VTX_HMEMBER_T hMember,

@@ -106,6 +106,31 @@ VTX_API VTX_STS_T adShrOtlFindMemberInDimension(VTX_HOUTLINE_T hOutline, VTX_CST
 /* The dimension of a member (itself for a dimension). */
 VTX_API VTX_STS_T adShrOtlFindDim(VTX_HOUTLINE_T hOutline, VTX_HMEMBER_T hMember, VTX_HMEMBER_T *phDim);
 
+/* A member by name or alias whose parent is named pszParent (compared by
+ * the outline's case rule).  The parent tells the places of a name apart:
+ * a shared member is found under its own parent. */
+VTX_API VTX_STS_T adShrOtlFindMemberParentCombo(VTX_HOUTLINE_T hOutline, VTX_CSTR_T pszMember, VTX_CSTR_T pszParent,
+                                                VTX_HMEMBER_T *phMember);
+/* The same inside the dimension named szDim (1060200 naming szDim when
+ * there is none). */
+VTX_API VTX_STS_T adShrOtlFindMemberParentComboInDimension(VTX_HOUTLINE_T hOutline, VTX_CSTR_T szDim,
+                                                           VTX_CSTR_T pszMember, VTX_CSTR_T pszParent,
+                                                           VTX_HMEMBER_T *phMember);
+/* A member of the attribute dimension szDim by its name (a typed attribute
+ * member also by the value text it was named from).  A dimension that is
+ * not an attribute dimension is refused with 1060183. */
+VTX_API VTX_STS_T adShrOtlFindAttrMemberInDimension(VTX_HOUTLINE_T hOutline, VTX_CSTR_T szDim, VTX_CSTR_T pszMember,
+                                                    VTX_HMEMBER_T *phMember);
+/* The same, under a parent named pszParent. */
+VTX_API VTX_STS_T adShrOtlFindAttrMemberParentComboInDimension(VTX_HOUTLINE_T hOutline, VTX_CSTR_T szDim,
+                                                               VTX_CSTR_T pszMember, VTX_CSTR_T pszParent,
+                                                               VTX_HMEMBER_T *phMember);
+/* The member of dimension identifier dimId with identifier mbrId; null
+ * (and 0) when there is none.  Identifiers start at 1: zero is refused with
+ * 1060371. */
+VTX_API VTX_STS_T adShrOtlGetMemberFromDimIdMbrId(VTX_HOUTLINE_T hOutline, VTX_ULONG_T dimId, VTX_ULONG_T mbrId,
+                                                  VTX_HMEMBER_T *phMember);
+
 #ifdef __cplusplus
 }
 #endif

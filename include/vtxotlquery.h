@@ -93,6 +93,34 @@ VTX_API VTX_STS_T adShrOtlConstructMemberKey(VTX_HOUTLINE_T hOutline, VTX_HMEMBE
                                              const vtx_genlevelnames_t *pGenLevelName, VTX_HMEMBER_T hMember,
                                              VTX_STR_T szFullName);
 
+/* ---- name tests -------------------------------------------------------------- */
+
+/* Whether a member name repeats in the outline. */
+VTX_API VTX_STS_T adShrOtlIsMemberNameDuplicate(VTX_HOUTLINE_T hOutline, VTX_CSTR_T szMember,
+                                                VTX_BOOL_T *pbNonUnique);
+/* What the last verification found in a dimension (hMember must be one,
+ * else 1060057): whether names repeat in it at all, at a generation (bGen)
+ * or level below 127, and how many of its members bear a repeated name.
+ * Before any verification, and in an outline of unique names, names count
+ * as unique and the count is 0. */
+VTX_API VTX_STS_T adShrOtlIsMemberNameUniqueWithinDim(VTX_HOUTLINE_T hOutline, VTX_HMEMBER_T hMember,
+                                                      VTX_BOOL_T *pbNameUnique);
+VTX_API VTX_STS_T adShrOtlIsMemberNameUniqueWithinDimAtGenLevel(VTX_HOUTLINE_T hOutline, VTX_HMEMBER_T hMember,
+                                                                VTX_BOOL_T bGen, VTX_USHORT_T usGenLevel,
+                                                                VTX_BOOL_T *pbNameUnique);
+VTX_API VTX_STS_T adShrOtlGetCountOfDupMemberNameInDim(VTX_HOUTLINE_T hOutline, VTX_HMEMBER_T hMember,
+                                                       VTX_ULONG_T *pulDupCount);
+/* Whether a dimension demands unique member names.  Allowing repeats needs
+ * an outline of duplicate names (1060215); demanding unique names is
+ * refused with 1060345, naming the first repeated name, while names repeat
+ * in the dimension. */
+VTX_API VTX_STS_T adShrOtlGetDimensionNameUniqueness(VTX_HOUTLINE_T hOutline, VTX_HMEMBER_T hDim,
+                                                     VTX_BOOL_T *pbUnique);
+VTX_API VTX_STS_T adShrOtlSetDimensionNameUniqueness(VTX_HOUTLINE_T hOutline, VTX_HMEMBER_T hDim,
+                                                     VTX_BOOL_T bUnique);
+/* The member's type: 0 numeric, 1 text, 2 date. */
+VTX_API VTX_STS_T adShrOtlGetMemberType(VTX_HOUTLINE_T hOutline, VTX_HMEMBER_T hMember, VTX_USHORT_T *pusType);
+
 /* ---- query handles -------------------------------------------------------------- */
 
 /* Field IDs of a query-form record and of adShrOtlGetMemberField.  An ID

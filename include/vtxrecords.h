@@ -88,6 +88,36 @@ typedef struct vtx_mbrinfo {
     VTX_MBRNAME_T    szDimName;
 } vtx_mbrinfo_t, VTX_MBRINFO_T, *VTX_PMBRINFO_T;
 
+/* The member record of clients older than 5.0 (lClientVersion below
+ * 0x50000), 186 bytes: the leading fields of vtx_mbrinfo_t, in the same
+ * order, then the member name and the currency member name in blocks of the
+ * old length (names of such clients are at most 80 characters).  For those
+ * clients every vtx_mbrinfo_t pointer of the interface, in and out, points
+ * to this form, and adShrOtlGetMemberInfo hands out a block of this size.
+ * A name that does not fit its block is refused with 1060600. */
+#define VTX_OLD_MBRNAME_LEN 82
+typedef struct vtx_mbrinfo_old {
+    VTX_USHORT_T usLevel;
+    VTX_USHORT_T usGen;
+    VTX_USHORT_T usConsolidation;
+    VTX_BOOL_T   fTwoPass;
+    VTX_BOOL_T   fExpense;
+    VTX_USHORT_T usConversion;
+    VTX_USHORT_T usTimeBalance;
+    VTX_USHORT_T usSkip;
+    VTX_USHORT_T usShare;
+    VTX_USHORT_T usStorage;
+    VTX_USHORT_T usCategory;
+    VTX_USHORT_T usStorageCategory;
+    char         szMember[VTX_OLD_MBRNAME_LEN];
+    char         szCurMember[VTX_OLD_MBRNAME_LEN];
+} vtx_mbrinfo_old_t, VTX_MBRINFO_OLD_T;
+#ifdef __cplusplus
+static_assert(sizeof(vtx_mbrinfo_old_t) == 186, "the record of clients before 5.0 is 186 bytes");
+#else
+_Static_assert(sizeof(vtx_mbrinfo_old_t) == 186, "the record of clients before 5.0 is 186 bytes");
+#endif
+
 /* consolidation */
 #define VTX_CONS_ADD 0
 #define VTX_CONS_SUB 1

@@ -333,7 +333,7 @@
 #define VTX_STS_PROPERTY_DEFAULT_LONG    1060539  /* string default too long */
 
 /* numbers this library adds to the family, from 1060600 on */
-#define VTX_STS_OLD_CLIENT               1060600  /* client older than 5.0: its record form is not served */
+#define VTX_STS_OLD_CLIENT               1060600  /* a name does not fit the record of a client older than 5.0 */
 #define VTX_STS_BAD_LOCALE               1060601  /* locale name not understood or character set unknown */
 #define VTX_STS_TEXT_TOO_LONG            1060602  /* text does not fit the output buffer */
 #define VTX_STS_BAD_TEXT                 1060603  /* text not well formed in its character set */

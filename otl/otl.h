@@ -70,7 +70,8 @@ VTX_NODISCARD VTX_API VTX_STS_T otlAllocItemAliasArray(vTX_PNETCTX_T pNetCtx, VT
 /* Copies between the exported member record and the internal info block.
  * Fields newer than the client's lClientVersion are left alone.  The
  * internal strings are new copies unless bTemporary, in which case they
- * point into pMbrInfo.  Clients below 5.0 are refused (1060600). */
+ * point into pMbrInfo.  The record is always the full form: a record of a
+ * client before 5.0 is widened at the boundary first (otlMbrInfoFromOld). */
 VTX_NODISCARD VTX_API VTX_STS_T otlCopyToInternalFromExternalMbrInfo(
     vTX_PNETCTX_T pNetCtx, const vtx_mbrinfo_t *pMbrInfo, VTX_PINTMBRINFOLARGE_T pInfo,
     VTX_BOOL_T bTemporary);
@@ -84,6 +85,11 @@ VTX_NODISCARD VTX_API VTX_STS_T otlCopyLargeToMbrInfo(VTX_POTL_T pOutline, VTX_P
 VTX_NODISCARD VTX_API VTX_STS_T otlCopyLargeFromMbrInfo(VTX_POTL_T pOutline, VTX_POTLMBRLARGE_T pItem,
                                                         const vtx_mbrinfo_t *pMbrInfo,
                                                         VTX_ULONG_T ulVersion);
+/* The record of clients before 5.0 to the full form (zeroed first) and
+ * back; the way back fails with 1060600, writing nothing, when a name does
+ * not fit its old block. */
+VTX_API void otlMbrInfoFromOld(const vtx_mbrinfo_old_t *pOld, vtx_mbrinfo_t *pMbrInfo);
+VTX_NODISCARD VTX_API VTX_STS_T otlMbrInfoToOld(const vtx_mbrinfo_t *pMbrInfo, vtx_mbrinfo_old_t *pOld);
 /* Frees the owned pointer fields of an exported record (the text attribute
  * value) and zeroes the pointer and the type. */
 VTX_API void otlFreeMbrInfoPointerFields(vTX_PNETCTX_T pNetCtx, vtx_mbrinfo_t *pMbrInfo);
@@ -171,11 +177,52 @@ VTX_API void otlFreeAliasArray(vTX_PNETCTX_T pNetCtx, VTX_POTL_T pOutline);
 VTX_NODISCARD VTX_API VTX_STS_T otlInsertReservedAliasTables(VTX_POTL_T pOutline);
 /* The index of a table named (without regard to case); 1060322 when none. */
 VTX_NODISCARD VTX_API VTX_STS_T otlGetAliasIndexFromName(VTX_POTL_T pOutline, VTX_CSTR_T name, VTX_USHORT_T *pIndex);
+/* Keeps a copy of the name of the alternate member identifier table and
+ * marks it set; the outline is unchanged when the copy is refused. */
+VTX_NODISCARD VTX_API VTX_STS_T otlSetAltMemberIdAliasTable(VTX_POTL_T pOutline, VTX_CSTR_T pszAliasTable);
+
+/* Alias combinations of a large record: pAliasRec holds one list per table
+ * slot (OTL_MAX_ALIAS_TABLES heads), made on the first entry.  Every
+ * combination alias is in the member index under its table number + 1. */
+/* A zeroed record. */
+VTX_NODISCARD VTX_API VTX_STS_T otlNewAliasRec(vTX_PNETCTX_T pNetCtx, VTX_POTLALIASREC_T *ppRec);
+/* Frees a record and its texts; it must be out of its list and the index. */
+VTX_API void otlFreeAliasCombo(vTX_PNETCTX_T pNetCtx, VTX_POTLALIASREC_T pRec);
+/* Appends a copy of (pszAlias, pszCombination) to pItem's list of table
+ * usTable and enters the alias in the index; no rule is tested.  1 for a
+ * missing or small record, a table out of range or an empty text.  A
+ * failure leaves the record and the index as they were. */
+VTX_NODISCARD VTX_API VTX_STS_T otlAddAliasCombo(vTX_PNETCTX_T pNetCtx, VTX_POTL_T pOutline, VTX_POTLMBR_T pItem,
+                                                 VTX_USHORT_T usTable, VTX_CSTR_T pszAlias,
+                                                 VTX_CSTR_T pszCombination, VTX_POTLALIASREC_T *ppRec);
+/* The entry of the table with that alias and (when given) combination, by
+ * the outline's case rule; null when none. */
+VTX_API VTX_POTLALIASREC_T otlFindAliasCombo(VTX_POTL_T pOutline, VTX_POTLMBR_T pItem, VTX_USHORT_T usTable,
+                                             VTX_CSTR_T pszAlias, VTX_CSTR_T pszCombination);
+/* Unlinks pRec from the table's list, takes its alias out of the index and
+ * frees it; 1 when pRec is not in that list.  Allocates nothing. */
+VTX_NODISCARD VTX_API VTX_STS_T otlDeleteAliasComboByPtr(vTX_PNETCTX_T pNetCtx, VTX_POTL_T pOutline,
+                                                         VTX_POTLMBR_T pItem, VTX_USHORT_T usTable,
+                                                         VTX_POTLALIASREC_T pRec);
+/* The combinations of pItem in table usTable. */
+VTX_API VTX_USHORT_T otlCountExtraAliases(VTX_POTLMBR_T pItem, VTX_USHORT_T usTable);
+/* 0 when every member specification of a combination names exactly one
+ * member other than pItem; 1060020 otherwise. */
+VTX_NODISCARD VTX_API VTX_STS_T otlCheckAliasCombination(VTX_POTL_T pOutline, VTX_POTLMBR_T pItem,
+                                                         VTX_CSTR_T pszCombination);
 
 /* ---- query handles (otlquery) --------------------------------------------- */
 /* Frees the flat record array of a query handle and every string its
  * records hold; nothing on an edit handle. */
 VTX_API void otlFreeQueryMembers(vTX_PNETCTX_T pNetCtx, VTX_POTL_T pOutline);
+
+/* ---- member settings (otlgenrl) -------------------------------------------- */
+/* Whether sAggLevelUsage (VTX_AGGLEVEL_...) may stand on pItemHierarchy:
+ * a set value only on the top of a stored hierarchy (a dimension of type
+ * 6, or a generation-2 member of a type-4 dimension that is not dynamic);
+ * 0, the unset value, on any member with bNotSetOK and never without. */
+VTX_API VTX_BOOL_T otlValidAggLevelUsage(VTX_POTLMBR_T pItemHierarchy, VTX_SHORT_T sAggLevelUsage,
+                                         VTX_BOOL_T bNotSetOK);
 
 /* ---- dynamic time series entries, first part (otlname) --------------------- */
 VTX_NODISCARD VTX_API VTX_STS_T otlCreateDTSMbrs(vTX_PNETCTX_T pNetCtx, VTX_POTL_T pOutline);

@@ -3,6 +3,7 @@
 #include "otlHashItemsFactoryWrapper.h"
 
 #include <cstring>
+#include <string>
 #include <vector>
 
 namespace {
@@ -107,9 +108,24 @@ void dropAlias(VTX_POTL_T o, VTX_POTLMBR_T m, unsigned t) {
     if (o->aliasCounts[t]) --o->aliasCounts[t];
 }
 
+// Drops every combination of a member in table t: index entries and records.
+void dropCombos(VTX_POTL_T o, VTX_POTLMBR_T m, unsigned t) {
+    if (OTL_IS_SMALL(m) || !OTL_LARGE(m)->pAliasRec) return;
+    VTX_POTLALIASREC_T &head = OTL_LARGE(m)->pAliasRec[t];
+    for (VTX_POTLALIASREC_T a = head; a;) {
+        VTX_POTLALIASREC_T next = a->pNext;
+        if (a->pszAlias) (void)otlHashDeleteString(o->pNetCtx, o, m, a->pszAlias, (VTX_USHORT_T)(t + 1));  // absent is fine
+        otlFreeAliasCombo(o->pNetCtx, a);
+        a = next;
+    }
+    head = nullptr;
+}
+
+// Empties a table: every alias and every combination in it.
 void clearTable(VTX_POTL_T o, unsigned t) {
     forEachRecord(o, [&](VTX_POTLMBR_T m) {
         if (m->AliasArray) dropAlias(o, m, t);
+        dropCombos(o, m, t);
     });
     o->aliasCounts[t] = 0;
 }
@@ -224,16 +240,8 @@ VTX_STS_T adShrOtlDeleteAliasTable(VTX_HOUTLINE_T hOutline, VTX_CSTR_T pszAliasT
             m->AliasArray[n - 1].pszDefName = nullptr;
         }
         if (!OTL_IS_SMALL(m) && OTL_LARGE(m)->pAliasRec) {
+            // The table's combinations went with clearTable above.
             VTX_POTLALIASREC_T *r = OTL_LARGE(m)->pAliasRec;
-            // The combinations of the table go with it.
-            for (VTX_POTLALIASREC_T a = r[t]; a;) {
-                VTX_POTLALIASREC_T next = a->pNext;
-                (void)otlHashDeleteString(o->pNetCtx, o, m, a->pszAlias, (VTX_USHORT_T)(t + 1));  // drop the entry
-                (void)otlFreeMem(o->pNetCtx, a->pszAlias);
-                (void)otlFreeMem(o->pNetCtx, a->pszCombination);
-                (void)otlFreeMem(o->pNetCtx, a);
-                a = next;
-            }
             std::memmove(&r[t], &r[t + 1], sizeof(VTX_POTLALIASREC_T) * (OTL_MAX_ALIAS_TABLES - 1 - t));
             r[OTL_MAX_ALIAS_TABLES - 1] = nullptr;
         }
@@ -242,6 +250,12 @@ VTX_STS_T adShrOtlDeleteAliasTable(VTX_HOUTLINE_T hOutline, VTX_CSTR_T pszAliasT
         if (!d) continue;
         std::memmove(&d->pAliasName[t], &d->pAliasName[t + 1], sizeof(VTX_ALIASNAME_T) * (OTL_MAX_ALIAS_TABLES - 1 - t));
         std::memset(d->pAliasName[OTL_MAX_ALIAS_TABLES - 1], 0, sizeof(VTX_ALIASNAME_T));
+    }
+    // Alternate member identifiers cannot come from a table that is gone.
+    if (o->altMemberIdAliasTable && adGlobStrEqualsIgnoreCase(nullptr, o->altMemberIdAliasTable, o->pAliasArray[t])) {
+        (void)otlFreeMem(o->pNetCtx, o->altMemberIdAliasTable);  // the outline's copy of the name
+        o->altMemberIdAliasTable = nullptr;
+        o->altMbrIdAliasExist = 0;
     }
     (void)otlFreeMem(o->pNetCtx, o->pAliasArray[t]);  // the table's own texts
     (void)otlFreeMem(o->pNetCtx, o->pAliasTableLanguages[t]);
@@ -288,11 +302,59 @@ VTX_STS_T adShrOtlRenameAliasTable(VTX_HOUTLINE_T hOutline, VTX_CSTR_T pszAliasT
     VTX_USHORT_T other = 0;
     if (otlGetAliasIndexFromName(o, pszNewAliasTable, &other) == 0 && other != t)
         return f.fail(VTX_STS_ALIAS_TABLE_EXISTS, pszNewAliasTable, VTX_MSGARG_STR);
-    char *name = nullptr;
-    if (VTX_STS_T sts = otlStrdup(f.ctx(), pszNewAliasTable, &name)) return f.fail(sts, "adShrOtlRenameAliasTable", VTX_MSGARG_STR);
+    // The alternate identifier table follows its table's new name.
+    const bool alt = o->altMemberIdAliasTable &&
+                     adGlobStrEqualsIgnoreCase(nullptr, o->altMemberIdAliasTable, o->pAliasArray[t]);
+    char *name = nullptr, *altName = nullptr;
+    VTX_STS_T sts = otlStrdup(f.ctx(), pszNewAliasTable, &name);
+    if (!sts && alt) sts = otlStrdup(f.ctx(), pszNewAliasTable, &altName);
+    if (sts) {
+        (void)otlFreeMem(f.ctx(), name);  // never used
+        return f.fail(sts, "adShrOtlRenameAliasTable", VTX_MSGARG_STR);
+    }
     (void)otlFreeMem(f.ctx(), o->pAliasArray[t]);  // replaced
     o->pAliasArray[t] = name;
+    if (alt) {
+        (void)otlFreeMem(f.ctx(), o->altMemberIdAliasTable);  // replaced
+        o->altMemberIdAliasTable = altName;
+    }
     marked(o);
+    return 0;
+}
+
+VTX_STS_T otlSetAltMemberIdAliasTable(VTX_POTL_T pOutline, VTX_CSTR_T pszAliasTable) {
+    if (!pOutline || !pszAliasTable) return VTX_STS_NULL_ARG;
+    char *name = nullptr;
+    if (VTX_STS_T sts = otlStrdup(pOutline->pNetCtx, pszAliasTable, &name)) return sts;
+    (void)otlFreeMem(pOutline->pNetCtx, pOutline->altMemberIdAliasTable);  // replaced
+    pOutline->altMemberIdAliasTable = name;
+    pOutline->altMbrIdAliasExist = 1;
+    return 0;
+}
+
+VTX_STS_T adShrOtlSetAltMemberIdAliasTable(VTX_HOUTLINE_T hOutline, VTX_CSTR_T pszAliasTable) {
+    otl::CallFrame f(hOutline, otl::kEdit | otl::kNoProhibit);
+    if (VTX_STS_T sts = f.enter()) return sts;
+    VTX_USHORT_T t = 0;
+    if (VTX_STS_T sts = tableFor(f, pszAliasTable, &t)) return sts;
+    VTX_POTL_T o = f.outline();
+    // The outline keeps the table's own spelling.
+    if (VTX_STS_T sts = otlSetAltMemberIdAliasTable(o, o->pAliasArray[t]))
+        return f.fail(sts, "adShrOtlSetAltMemberIdAliasTable", VTX_MSGARG_STR);
+    o->ucStateFlag |= OTL_STATE_CHANGED;
+    return 0;
+}
+
+VTX_STS_T adShrOtlGetAltMemberIdAliasTable(VTX_HOUTLINE_T hOutline, VTX_ALIASNAME_T pszAliasTable) {
+    otl::CallFrame f(hOutline, otl::kRead | otl::kQueryOk);
+    if (VTX_STS_T sts = f.enter()) return sts;
+    if (!pszAliasTable) return f.fail(VTX_STS_NULL_ARG, "adShrOtlGetAltMemberIdAliasTable", VTX_MSGARG_STR);
+    VTX_POTL_T o = f.outline();
+    pszAliasTable[0] = '\0';
+    if (o->altMbrIdAliasExist && o->altMemberIdAliasTable) {
+        std::strncpy(pszAliasTable, o->altMemberIdAliasTable, VTX_ALIASNAME_LEN - 1);
+        pszAliasTable[VTX_ALIASNAME_LEN - 1] = '\0';
+    }
     return 0;
 }
 
@@ -452,6 +514,69 @@ VTX_STS_T checkAlias(VTX_POTL_T o, VTX_POTLMBR_T m, VTX_USHORT_T t, VTX_CSTR_T a
 
 } // namespace
 
+} // extern "C"
+
+namespace {
+
+// Whether a text may be an alias at all: not too long, and legal as a name.
+bool aliasTextLegal(VTX_POTL_T o, vTX_PNETCTX_T ctx, VTX_CSTR_T alias) {
+    return std::strlen(alias) < VTX_MBRNAME_LEN && otlIsNameLegal(o, alias, ctx, 1);
+}
+
+// Writes a member's alias in table t once its rules have passed: the text
+// replaces the old one in the record and the index, the member is checked,
+// and a finding takes the new text back out.
+VTX_STS_T writeAlias(const otl::CallFrame &f, VTX_POTLMBR_T m, VTX_USHORT_T t, VTX_CSTR_T alias,
+                     vtx_outerror_t *pMbrError, const char *call) {
+    VTX_POTL_T o = f.outline();
+    if (!m->AliasArray) {
+        if (VTX_STS_T sts = otlAllocItemAliasArray(f.ctx(), o, m)) return f.fail(sts, call, VTX_MSGARG_STR);
+    }
+    return otl::otlGuard(f.ctx(), call, [&]() -> VTX_STS_T {
+        const VTX_USHORT_T num = (VTX_USHORT_T)(t + 1);
+        // The new text enters the index before the old one leaves: the
+        // steps that need memory come first, and a failure there changes
+        // nothing.
+        char *text = nullptr;
+        VTX_STS_T sts = otlStrdup(f.ctx(), alias, &text);
+        if (!sts) sts = otlHashAddString(f.ctx(), o, m, text, num, OTL_HASH_NONE, OTL_HASH_NONE);
+        if (sts) {
+            (void)otlFreeMem(f.ctx(), text);  // never entered
+            return f.fail(sts, call, VTX_MSGARG_STR);
+        }
+        char *old = m->AliasArray[t].pszDefName;
+        m->AliasArray[t].pszDefName = text;
+        VTX_ULONG_T v4 = 0;
+        const VTX_ULONG_T v = otlVerifyItem(f.ctx(), o, otlGetDim(m), m, &v4,
+                                            (VTX_USHORT_T)(OTL_VERIFY_NAMES | OTL_VERIFY_MEMBER_ONLY));
+        // Removing an entry needs no memory: the undo and the swap cannot fail.
+        if (v || v4) {
+            if (pMbrError) {
+                pMbrError->hMember = m;
+                pMbrError->ulErrors = v;
+                pMbrError->ulErrors4 = v4;
+            }
+            m->AliasArray[t].pszDefName = old;
+            (void)otlHashDeleteString(f.ctx(), o, m, text, num);
+            (void)otlFreeMem(f.ctx(), text);
+            sts = otlSetVerifyStatus(v, 0, 0, v4, 0, 0);
+            return f.fail(sts ? sts : (VTX_STS_T)v);
+        }
+        if (old) {
+            (void)otlHashDeleteString(f.ctx(), o, m, old, num);
+            (void)otlFreeMem(f.ctx(), old);  // replaced
+        } else {
+            ++o->aliasCounts[t];
+        }
+        marked(o);
+        return 0;
+    });
+}
+
+} // namespace
+
+extern "C" {
+
 VTX_STS_T adShrOtlSetMemberAlias(VTX_HOUTLINE_T hOutline, VTX_HMEMBER_T hMember, VTX_CSTR_T pszAliasTable,
                                  VTX_CSTR_T pszAlias, VTX_USHORT_T usVerifyType, vtx_outerror_t *pMbrError) {
     otl::CallFrame f(hOutline, otl::kEdit | otl::kMemberEdit | otl::kNoProhibit, pMbrError);
@@ -462,50 +587,53 @@ VTX_STS_T adShrOtlSetMemberAlias(VTX_HOUTLINE_T hOutline, VTX_HMEMBER_T hMember,
     if (!pszAlias || !*pszAlias) return f.fail(VTX_STS_ILLEGAL_ALIAS);
     VTX_USHORT_T t = 0;
     if (VTX_STS_T sts = tableFor(f, pszAliasTable, &t)) return sts;
-    if (std::strlen(pszAlias) >= VTX_MBRNAME_LEN || !otlIsNameLegal(o, pszAlias, f.ctx(), 1))
-        return f.fail(VTX_STS_ILLEGAL_ALIAS, pszAlias, VTX_MSGARG_STR);
-    if (o->ucUniqueAliasTable[t] == VTX_ALIAS_NOT_UNIQUE && o->usOutlineType != VTX_OTL_AGGSTORE)
-        return f.fail(VTX_STS_ALIAS_POLICY_AGG);
+    // A table without uniqueness has a call of its own, which reports for itself.
+    if (o->ucUniqueAliasTable[t] == VTX_ALIAS_NOT_UNIQUE) return adShrOtlSetNonUniqueMemberAlias(o, m, t, pszAlias);
+    if (!aliasTextLegal(o, f.ctx(), pszAlias)) return f.fail(VTX_STS_ILLEGAL_ALIAS, pszAlias, VTX_MSGARG_STR);
     if (VTX_STS_T sts = checkAlias(o, m, t, pszAlias, usVerifyType)) return f.fail(sts, pszAlias, VTX_MSGARG_STR);
-    if (!m->AliasArray) {
-        if (VTX_STS_T sts = otlAllocItemAliasArray(f.ctx(), o, m)) return f.fail(sts, "adShrOtlSetMemberAlias", VTX_MSGARG_STR);
-    }
-    return otl::otlGuard(f.ctx(), "adShrOtlSetMemberAlias", [&]() -> VTX_STS_T {
-        const VTX_USHORT_T num = (VTX_USHORT_T)(t + 1);
-        char *text = nullptr;
-        if (VTX_STS_T sts = otlStrdup(f.ctx(), pszAlias, &text)) return f.fail(sts, "adShrOtlSetMemberAlias", VTX_MSGARG_STR);
-        char *old = m->AliasArray[t].pszDefName;
-        if (old) (void)otlHashDeleteString(f.ctx(), o, m, old, num);  // the old text leaves the index; put back on failure
-        m->AliasArray[t].pszDefName = text;
-        VTX_STS_T sts = otlHashAddString(f.ctx(), o, m, text, num, OTL_HASH_NONE, OTL_HASH_NONE);
-        VTX_ULONG_T v4 = 0, v = 0;
-        if (!sts) {
-            VTX_POTLMBR_T dim = otlGetDim(m);
-            v = otlVerifyItem(f.ctx(), o, dim, m, &v4, (VTX_USHORT_T)(OTL_VERIFY_NAMES | OTL_VERIFY_MEMBER_ONLY));
-            if (v || v4) {
-                sts = otlSetVerifyStatus(v, 0, 0, v4, 0, 0);
-                if (pMbrError) {
-                    pMbrError->hMember = m;
-                    pMbrError->ulErrors = v;
-                    pMbrError->ulErrors4 = v4;
-                }
-                if (!sts) sts = (VTX_STS_T)v;
-                (void)otlHashDeleteString(f.ctx(), o, m, text, num);  // undoing the add
-            }
-        }
-        if (sts) {
-            m->AliasArray[t].pszDefName = old;
-            if (old) (void)otlHashAddString(f.ctx(), o, m, old, num, OTL_HASH_NONE, OTL_HASH_NONE);  // it held this entry a moment ago
-            (void)otlFreeMem(f.ctx(), text);
-            return f.fail(sts);
-        }
-        if (old) (void)otlFreeMem(f.ctx(), old);  // replaced
-        else ++o->aliasCounts[t];
-        o->fVerified = 0;
-        o->ucStateFlag |= OTL_STATE_CHANGED;
-        return 0;
-    });
+    return writeAlias(f, m, t, pszAlias, pMbrError, "adShrOtlSetMemberAlias");
 }
+
+VTX_STS_T adShrOtlSetNonUniqueMemberAlias(VTX_HOUTLINE_T pOutline, VTX_HMEMBER_T pItem, VTX_USHORT_T usAliasArray,
+                                          VTX_CSTR_T pszAlias) {
+    otl::CallFrame f(pOutline, otl::kEdit | otl::kMemberEdit | otl::kNoProhibit);
+    if (VTX_STS_T sts = f.enter({pItem})) return sts;
+    VTX_POTL_T o = f.outline();
+    auto *m = static_cast<VTX_POTLMBR_T>(pItem);
+    if (!m) return f.fail(VTX_STS_NULL_ARG, "adShrOtlSetNonUniqueMemberAlias", VTX_MSGARG_STR);
+    if (o->usOutlineType != VTX_OTL_AGGSTORE) return f.fail(VTX_STS_ALIAS_POLICY_AGG);
+    if (usAliasArray >= o->usNumAliasTables) return f.fail(VTX_STS_ALIAS_TABLE_NOT_FOUND);
+    // Only a table made without uniqueness may skip every test.
+    if (o->ucUniqueAliasTable[usAliasArray] != VTX_ALIAS_NOT_UNIQUE)
+        return f.fail(VTX_STS_DUP_RULE_CONFLICT, o->pAliasArray[usAliasArray], VTX_MSGARG_STR);
+    if (!pszAlias || !*pszAlias) return f.fail(VTX_STS_ILLEGAL_ALIAS);
+    if (!aliasTextLegal(o, f.ctx(), pszAlias)) return f.fail(VTX_STS_ILLEGAL_ALIAS, pszAlias, VTX_MSGARG_STR);
+    return writeAlias(f, m, usAliasArray, pszAlias, nullptr, "adShrOtlSetNonUniqueMemberAlias");
+}
+
+} // extern "C"
+
+namespace {
+
+// The name a member's entry in "Unique Name" holds, as a new block (null
+// for the root): the identifier key when the context asks for those, else
+// the unique name.  The key calls report their own refusals.
+VTX_STS_T uniqueKeyOf(const otl::CallFrame &f, VTX_POTLMBR_T m, VTX_STR_T *ppKey, const char *call) {
+    *ppKey = nullptr;
+    if (!(f.ctx() && f.ctx()->bUseNonUniqueMbrIdKey)) return adShrOtlConstructMemberUniqueName(f.outline(), m, ppKey);
+    VTX_STR_T key = nullptr;
+    if (VTX_STS_T sts = otlAlloc(f.ctx(), VTX_MBRKEY_LEN, &key)) return f.fail(sts, call, VTX_MSGARG_STR);
+    if (VTX_STS_T sts = adShrOtlConstructMemberIDKey(f.outline(), m, key)) {
+        (void)otlFreeMem(f.ctx(), key);  // the key failed; its status is the answer
+        return sts;
+    }
+    *ppKey = key;
+    return 0;
+}
+
+} // namespace
+
+extern "C" {
 
 VTX_STS_T adShrOtlGetMemberAlias(VTX_HOUTLINE_T hOutline, VTX_HMEMBER_T hMember, VTX_CSTR_T pszAliasTable,
                                  VTX_STR_T *ppszAlias) {
@@ -538,20 +666,7 @@ VTX_STS_T adShrOtlGetMemberAlias(VTX_HOUTLINE_T hOutline, VTX_HMEMBER_T hMember,
             compute = true;
         }
     }
-    if (compute) {
-        if (f.ctx() && f.ctx()->bUseNonUniqueMbrIdKey) {
-            VTX_STR_T key = nullptr;
-            if (VTX_STS_T sts = otlAlloc(f.ctx(), VTX_MBRKEY_LEN, &key)) return f.fail(sts, "adShrOtlGetMemberAlias", VTX_MSGARG_STR);
-            VTX_STS_T sts = adShrOtlConstructMemberIDKey(o, m, key);
-            if (sts) {
-                (void)otlFreeMem(f.ctx(), key);  // the key failed; its status is the answer
-                return sts;
-            }
-            *ppszAlias = key;
-            return 0;
-        }
-        return adShrOtlConstructMemberUniqueName(o, m, ppszAlias);
-    }
+    if (compute) return uniqueKeyOf(f, m, ppszAlias, "adShrOtlGetMemberAlias");
     if (!a) return 0;
     if (VTX_STS_T sts = otlStrdup(f.ctx(), a, ppszAlias)) return f.fail(sts, "adShrOtlGetMemberAlias", VTX_MSGARG_STR);
     return 0;
@@ -666,6 +781,340 @@ VTX_STS_T otlInsertReservedAliasTables(VTX_POTL_T o) {
     o->aliasCounts[0] = o->aliasCounts[1] = 0;
     o->usNumAliasTables = (VTX_USHORT_T)(n + 2);
     return 0;
+}
+
+} // extern "C"
+
+// ---- alias combinations -------------------------------------------------------------
+//
+// pAliasRec[t] of a large record lists the aliases that stand for the member
+// together with other members; each alias is in the member index under
+// table number t + 1, like the member's own alias of that table.
+
+extern "C" {
+
+VTX_STS_T otlNewAliasRec(vTX_PNETCTX_T pNetCtx, VTX_POTLALIASREC_T *ppRec) {
+    if (!ppRec) return VTX_STS_NULL_ARG;
+    *ppRec = nullptr;
+    return otlAlloc(pNetCtx, sizeof(VTX_OTLALIASREC_T), ppRec);
+}
+
+void otlFreeAliasCombo(vTX_PNETCTX_T pNetCtx, VTX_POTLALIASREC_T pRec) {
+    if (!pRec) return;
+    (void)otlFreeMem(pNetCtx, pRec->pszAlias);  // releases have no one to report to
+    (void)otlFreeMem(pNetCtx, pRec->pszCombination);
+    (void)otlFreeMem(pNetCtx, pRec);
+}
+
+VTX_STS_T otlAddAliasCombo(vTX_PNETCTX_T pNetCtx, VTX_POTL_T pOutline, VTX_POTLMBR_T pItem, VTX_USHORT_T usTable,
+                           VTX_CSTR_T pszAlias, VTX_CSTR_T pszCombination, VTX_POTLALIASREC_T *ppRec) {
+    if (ppRec) *ppRec = nullptr;
+    if (!pOutline || !pItem || OTL_IS_SMALL(pItem) || usTable >= OTL_MAX_ALIAS_TABLES || !pszAlias || !*pszAlias ||
+        !pszCombination || !*pszCombination)
+        return 1;
+    VTX_POTLMBRLARGE_T l = OTL_LARGE(pItem);
+    VTX_POTLALIASREC_T *heads = l->pAliasRec;
+    VTX_POTLALIASREC_T rec = nullptr;
+    VTX_STS_T sts = 0;
+    if (!heads) sts = otlAlloc(pNetCtx, sizeof(VTX_POTLALIASREC_T) * OTL_MAX_ALIAS_TABLES, &heads);
+    if (!sts) sts = otlNewAliasRec(pNetCtx, &rec);
+    if (!sts) sts = otlStrdup(pNetCtx, pszAlias, &rec->pszAlias);
+    if (!sts) sts = otlStrdup(pNetCtx, pszCombination, &rec->pszCombination);
+    if (!sts) sts = otlHashAddString(pNetCtx, pOutline, pItem, rec->pszAlias, (VTX_USHORT_T)(usTable + 1),
+                                     OTL_HASH_NONE, OTL_HASH_NONE);
+    if (sts) {
+        otlFreeAliasCombo(pNetCtx, rec);
+        if (heads != l->pAliasRec) (void)otlFreeMem(pNetCtx, heads);  // made for this entry only
+        return sts;
+    }
+    l->pAliasRec = heads;
+    VTX_POTLALIASREC_T *tail = &heads[usTable];
+    while (*tail) tail = &(*tail)->pNext;
+    *tail = rec;
+    if (ppRec) *ppRec = rec;
+    return 0;
+}
+
+VTX_POTLALIASREC_T otlFindAliasCombo(VTX_POTL_T pOutline, VTX_POTLMBR_T pItem, VTX_USHORT_T usTable,
+                                     VTX_CSTR_T pszAlias, VTX_CSTR_T pszCombination) {
+    if (!pOutline || !pItem || OTL_IS_SMALL(pItem) || !OTL_LARGE(pItem)->pAliasRec || !pszAlias ||
+        usTable >= OTL_MAX_ALIAS_TABLES)
+        return nullptr;
+    for (VTX_POTLALIASREC_T a = OTL_LARGE(pItem)->pAliasRec[usTable]; a; a = a->pNext) {
+        if (!a->pszAlias || otlCompareNames(pOutline, a->pszAlias, pszAlias) != 0) continue;
+        if (pszCombination &&
+            (!a->pszCombination || otlCompareNames(pOutline, a->pszCombination, pszCombination) != 0))
+            continue;
+        return a;
+    }
+    return nullptr;
+}
+
+VTX_STS_T otlDeleteAliasComboByPtr(vTX_PNETCTX_T pNetCtx, VTX_POTL_T pOutline, VTX_POTLMBR_T pItem,
+                                   VTX_USHORT_T usTable, VTX_POTLALIASREC_T pRec) {
+    if (!pOutline || !pItem || !pRec || OTL_IS_SMALL(pItem) || !OTL_LARGE(pItem)->pAliasRec ||
+        usTable >= OTL_MAX_ALIAS_TABLES)
+        return 1;
+    for (VTX_POTLALIASREC_T *link = &OTL_LARGE(pItem)->pAliasRec[usTable]; *link; link = &(*link)->pNext) {
+        if (*link != pRec) continue;
+        *link = pRec->pNext;
+        // The index entry goes before the text its key points to.
+        if (pRec->pszAlias)
+            (void)otlHashDeleteString(pNetCtx, pOutline, pItem, pRec->pszAlias, (VTX_USHORT_T)(usTable + 1));  // absent is fine
+        otlFreeAliasCombo(pNetCtx, pRec);
+        return 0;
+    }
+    return 1;
+}
+
+VTX_USHORT_T otlCountExtraAliases(VTX_POTLMBR_T pItem, VTX_USHORT_T usTable) {
+    if (!pItem || OTL_IS_SMALL(pItem) || !OTL_LARGE(pItem)->pAliasRec || usTable >= OTL_MAX_ALIAS_TABLES) return 0;
+    VTX_USHORT_T n = 0;
+    for (VTX_POTLALIASREC_T a = OTL_LARGE(pItem)->pAliasRec[usTable]; a; a = a->pNext) ++n;
+    return n;
+}
+
+} // extern "C"
+
+namespace {
+
+// The member specifications of a combination: split at commas that stand
+// outside brackets ("]]" inside brackets is a bracket of the name), blanks
+// around each trimmed.
+std::vector<std::string> splitCombination(const char *s) {
+    std::vector<std::string> parts(1);
+    bool inside = false;
+    for (const char *p = s; *p; ++p) {
+        if (inside && *p == ']') {
+            if (p[1] == ']') {
+                parts.back() += "]]";
+                ++p;
+                continue;
+            }
+            inside = false;
+        } else if (!inside && *p == '[') {
+            inside = true;
+        } else if (!inside && *p == ',') {
+            parts.emplace_back();
+            continue;
+        }
+        parts.back() += *p;
+    }
+    for (std::string &part : parts) {
+        const size_t b = part.find_first_not_of(' ');
+        const size_t e = part.find_last_not_of(' ');
+        part = b == std::string::npos ? std::string() : part.substr(b, e - b + 1);
+    }
+    return parts;
+}
+
+} // namespace
+
+extern "C" {
+
+VTX_STS_T otlCheckAliasCombination(VTX_POTL_T pOutline, VTX_POTLMBR_T pItem, VTX_CSTR_T pszCombination) {
+    if (!pOutline || !pszCombination || !*pszCombination) return VTX_STS_ILLEGAL_COMBO_MEMBERS;
+    return otl::otlGuard(pOutline->pNetCtx, "otlCheckAliasCombination", [&]() -> VTX_STS_T {
+        for (const std::string &part : splitCombination(pszCombination)) {
+            if (part.empty()) return VTX_STS_ILLEGAL_COMBO_MEMBERS;
+            VTX_POTLMBR_T hit = nullptr;
+            // A name borne by several members answers none: the combination
+            // must say which one it means.
+            VTX_STS_T sts = otlHashFindItemByCombinedName(pOutline->pNetCtx, pOutline, part.c_str(), 1, 1, 0,
+                                                          OTL_OPT_UNSHARED, 0, nullptr, &hit);
+            if (sts == VTX_STS_NO_MEMORY) return sts;
+            if (sts || !hit || hit == pItem) return VTX_STS_ILLEGAL_COMBO_MEMBERS;
+        }
+        return 0;
+    });
+}
+
+VTX_STS_T adShrOtlAddAliasCombination(VTX_HOUTLINE_T hOutline, VTX_HMEMBER_T hMember, VTX_CSTR_T pszAliasTable,
+                                      VTX_CSTR_T pszAlias, VTX_CSTR_T pszCombination) {
+    otl::CallFrame f(hOutline, otl::kEdit | otl::kMemberEdit | otl::kNoProhibit);
+    if (VTX_STS_T sts = f.enter({hMember})) return sts;
+    VTX_POTL_T o = f.outline();
+    auto *m = static_cast<VTX_POTLMBR_T>(hMember);
+    if (!m) return f.fail(VTX_STS_NULL_ARG, "adShrOtlAddAliasCombination", VTX_MSGARG_STR);
+    VTX_USHORT_T t = 0;
+    if (VTX_STS_T sts = tableFor(f, pszAliasTable, &t)) return sts;
+    if (!pszAlias || !*pszAlias) return f.fail(VTX_STS_ILLEGAL_ALIAS);
+    // Only full records carry combinations.
+    if (OTL_IS_SMALL(m)) return f.fail(VTX_STS_WRONG_MODE);
+    VTX_POTLMBR_T dim = otlGetDim(m);
+    // Attribute values stand for themselves only; the root is no member.
+    if (!dim || (!OTL_IS_SMALL(dim) && OTL_LARGE(dim)->MbrInfo.usCategory == VTX_CAT_ATTRIBUTE) || !aliasTextLegal(o, f.ctx(), pszAlias))
+        return f.fail(VTX_STS_ILLEGAL_COMBO_ALIAS, pszAlias, VTX_MSGARG_STR);
+    if (VTX_STS_T sts = otlCheckAliasCombination(o, m, pszCombination)) {
+        if (sts == VTX_STS_NO_MEMORY) return sts;  // reported where it ran out
+        return f.fail(sts, pszCombination ? pszCombination : "", VTX_MSGARG_STR);
+    }
+    if (otlFindAliasCombo(o, m, t, pszAlias, pszCombination))
+        return f.fail(VTX_STS_ALIAS_NOT_UNIQUE, pszAlias, VTX_MSGARG_STR);
+    if (VTX_STS_T sts = checkAlias(o, m, t, pszAlias, OTL_VERIFY_ALL)) return f.fail(sts, pszAlias, VTX_MSGARG_STR);
+    return otl::otlGuard(f.ctx(), "adShrOtlAddAliasCombination", [&]() -> VTX_STS_T {
+        VTX_POTLALIASREC_T rec = nullptr;
+        if (VTX_STS_T sts = otlAddAliasCombo(f.ctx(), o, m, t, pszAlias, pszCombination, &rec))
+            return f.fail(sts, "adShrOtlAddAliasCombination", VTX_MSGARG_STR);
+        VTX_ULONG_T v4 = 0;
+        const VTX_ULONG_T v = otlVerifyItem(f.ctx(), o, dim, m, &v4, (VTX_USHORT_T)(OTL_VERIFY_ALL | OTL_VERIFY_MEMBER_ONLY));
+        if (v || v4) {
+            (void)otlDeleteAliasComboByPtr(f.ctx(), o, m, t, rec);  // just appended: it is there
+            VTX_STS_T sts = otlSetVerifyStatus(v, 0, 0, v4, 0, 0);
+            return f.fail(sts ? sts : (VTX_STS_T)v);
+        }
+        marked(o);
+        return 0;
+    });
+}
+
+VTX_STS_T adShrOtlDeleteAliasCombination(VTX_HOUTLINE_T hOutline, VTX_HMEMBER_T hMember, VTX_CSTR_T pszAliasTable,
+                                         VTX_CSTR_T pszAlias) {
+    otl::CallFrame f(hOutline, otl::kEdit | otl::kMemberEdit | otl::kNoProhibit);
+    if (VTX_STS_T sts = f.enter({hMember})) return sts;
+    VTX_POTL_T o = f.outline();
+    auto *m = static_cast<VTX_POTLMBR_T>(hMember);
+    if (!m) return f.fail(VTX_STS_NULL_ARG, "adShrOtlDeleteAliasCombination", VTX_MSGARG_STR);
+    VTX_USHORT_T t = 0;
+    if (VTX_STS_T sts = tableFor(f, pszAliasTable, &t)) return sts;
+    if (!pszAlias || !*pszAlias) return f.fail(VTX_STS_ILLEGAL_ALIAS);
+    bool any = false;
+    while (VTX_POTLALIASREC_T rec = otlFindAliasCombo(o, m, t, pszAlias, nullptr)) {
+        (void)otlDeleteAliasComboByPtr(f.ctx(), o, m, t, rec);  // found in that list just now
+        any = true;
+    }
+    if (!any) return f.fail(VTX_STS_NOT_FOUND, pszAlias, VTX_MSGARG_STR);
+    marked(o);
+    return 0;
+}
+
+VTX_STS_T adShrOtlGetNextAliasCombination(VTX_HOUTLINE_T hOutline, VTX_HMEMBER_T hMember, VTX_CSTR_T pszAliasTable,
+                                          VTX_CSTR_T pszAlias, VTX_STR_T *ppszCombination) {
+    // *ppszCombination is the cursor: it is read, not cleared.
+    otl::CallFrame f(hOutline, otl::kRead | otl::kQueryOk);
+    if (VTX_STS_T sts = f.enter({hMember})) return sts;
+    VTX_POTL_T o = f.outline();
+    auto *m = static_cast<VTX_POTLMBR_T>(hMember);
+    if (!m || !ppszCombination) return f.fail(VTX_STS_NULL_ARG, "adShrOtlGetNextAliasCombination", VTX_MSGARG_STR);
+    VTX_USHORT_T t = 0;
+    if (VTX_STS_T sts = tableFor(f, pszAliasTable, &t)) return sts;
+    if (!pszAlias || !*pszAlias) return f.fail(VTX_STS_ILLEGAL_ALIAS);
+    VTX_STR_T prev = *ppszCombination;
+    VTX_POTLALIASREC_T next = nullptr;
+    if (!OTL_IS_SMALL(m) && OTL_LARGE(m)->pAliasRec) {
+        bool passed = prev == nullptr;
+        for (VTX_POTLALIASREC_T a = OTL_LARGE(m)->pAliasRec[t]; a && !next; a = a->pNext) {
+            if (!a->pszAlias || otlCompareNames(o, a->pszAlias, pszAlias) != 0 || !a->pszCombination) continue;
+            if (passed) next = a;
+            else passed = otlCompareNames(o, a->pszCombination, prev) == 0;
+        }
+        // The combination last answered is gone: the walk cannot go on.
+        if (!passed) return f.fail(VTX_STS_NOT_FOUND, prev, VTX_MSGARG_STR);
+    } else if (prev) {
+        return f.fail(VTX_STS_NOT_FOUND, prev, VTX_MSGARG_STR);
+    }
+    VTX_STR_T copy = nullptr;
+    if (next) {
+        if (VTX_STS_T sts = otlStrdup(f.ctx(), next->pszCombination, &copy))
+            return f.fail(sts, "adShrOtlGetNextAliasCombination", VTX_MSGARG_STR);
+    }
+    (void)otlFreeMem(f.ctx(), prev);  // the previous answer, handed back
+    *ppszCombination = copy;
+    return 0;
+}
+
+} // extern "C"
+
+// ---- the names that tell repeated member names apart ------------------------------
+//
+// In an outline of duplicate names the table "Unique Name" holds, for the
+// members whose names repeat, the name that tells each apart.  Verification
+// and saving write the shortest keys there; hosts may write unique names.
+// The entry is derived data: writing it does not mark the outline changed,
+// and aliasCounts counts the members that hold one, as for every table.
+
+namespace {
+
+VTX_STS_T uniqueTableFor(const otl::CallFrame &f, VTX_USHORT_T *pT) {
+    *pT = 0;
+    if (f.outline()->bNonUniqueName && otlGetAliasIndexFromName(f.outline(), kUniqueNameTable, pT) == 0) return 0;
+    return f.fail(VTX_STS_ALIAS_TABLE_NOT_FOUND, kUniqueNameTable, VTX_MSGARG_STR);
+}
+
+// Puts key into the member's entry of table t and into the index.  The new
+// entry goes in before the old one comes out, so that a failure (the only
+// step that can fail is the one that needs memory) leaves both as they were.
+VTX_STS_T storeKey(const otl::CallFrame &f, VTX_POTLMBR_T m, VTX_USHORT_T t, VTX_CSTR_T key, const char *call) {
+    VTX_POTL_T o = f.outline();
+    vTX_PNETCTX_T ctx = f.ctx();
+    if (!key || !*key) return 0;  // the root: nothing to tell apart
+    char *old = m->AliasArray ? m->AliasArray[t].pszDefName : nullptr;
+    if (old && otlCompareNames(o, old, key) == 0) return 0;
+    const bool madeSlots = !m->AliasArray;
+    if (madeSlots) {
+        if (VTX_STS_T sts = otlAllocItemAliasArray(ctx, o, m)) return f.fail(sts, call, VTX_MSGARG_STR);
+    }
+    const VTX_USHORT_T num = (VTX_USHORT_T)(t + 1);
+    char *text = nullptr;
+    VTX_STS_T sts = otlStrdup(ctx, key, &text);
+    if (!sts) sts = otlHashAddString(ctx, o, m, text, num, OTL_HASH_NONE, OTL_HASH_NONE);
+    if (sts) {
+        (void)otlFreeMem(ctx, text);  // never entered
+        if (madeSlots) {
+            (void)otlFreeMem(ctx, m->AliasArray);  // made by this call only
+            m->AliasArray = nullptr;
+        }
+        return f.fail(sts, call, VTX_MSGARG_STR);
+    }
+    if (old) {
+        (void)otlHashDeleteString(ctx, o, m, old, num);  // its entry is there; removal needs no memory
+        (void)otlFreeMem(ctx, old);                       // replaced
+    } else {
+        ++o->aliasCounts[t];
+    }
+    m->AliasArray[t].pszDefName = text;
+    return 0;
+}
+
+} // namespace
+
+extern "C" {
+
+VTX_STS_T adShrOtlSetMemberUniqueAlias(VTX_HOUTLINE_T hOutline, VTX_HMEMBER_T hMember) {
+    otl::CallFrame f(hOutline, otl::kEdit | otl::kNoProhibit);
+    if (VTX_STS_T sts = f.enter({hMember})) return sts;
+    auto *m = static_cast<VTX_POTLMBR_T>(hMember);
+    if (!m) return f.fail(VTX_STS_NULL_ARG, "adShrOtlSetMemberUniqueAlias", VTX_MSGARG_STR);
+    VTX_USHORT_T t = 0;
+    if (VTX_STS_T sts = uniqueTableFor(f, &t)) return sts;
+    return otl::otlGuard(f.ctx(), "adShrOtlSetMemberUniqueAlias", [&]() -> VTX_STS_T {
+        VTX_STR_T key = nullptr;
+        VTX_STS_T sts = uniqueKeyOf(f, m, &key, "adShrOtlSetMemberUniqueAlias");
+        if (!sts) sts = storeKey(f, m, t, key, "adShrOtlSetMemberUniqueAlias");
+        (void)otlFreeMem(f.ctx(), key);  // copied by storeKey
+        return sts;
+    });
+}
+
+VTX_STS_T adShrOtlSetMemberKey(VTX_HOUTLINE_T hOutline, VTX_HMEMBER_T hDim, const vtx_genlevelnames_t *pGenLevelName,
+                               VTX_HMEMBER_T hMember) {
+    otl::CallFrame f(hOutline, otl::kEdit | otl::kNoProhibit);
+    if (VTX_STS_T sts = f.enter({hDim, hMember})) return sts;
+    auto *m = static_cast<VTX_POTLMBR_T>(hMember);
+    if (!hDim || !m) return f.fail(VTX_STS_NULL_ARG, "adShrOtlSetMemberKey", VTX_MSGARG_STR);
+    VTX_USHORT_T t = 0;
+    if (VTX_STS_T sts = uniqueTableFor(f, &t)) return sts;
+    return otl::otlGuard(f.ctx(), "adShrOtlSetMemberKey", [&]() -> VTX_STS_T {
+        // The key call fills a buffer of the full key length and refuses,
+        // by status, a key outside a verify or a save and a key too long.
+        VTX_STR_T key = nullptr;
+        if (VTX_STS_T sts = otlAlloc(f.ctx(), VTX_MBRKEY_LEN, &key))
+            return f.fail(sts, "adShrOtlSetMemberKey", VTX_MSGARG_STR);
+        VTX_STS_T sts = adShrOtlConstructMemberKey(hOutline, hDim, pGenLevelName, hMember, key);
+        if (!sts) sts = storeKey(f, m, t, key, "adShrOtlSetMemberKey");
+        (void)otlFreeMem(f.ctx(), key);  // copied by storeKey
+        return sts;
+    });
 }
 
 } // extern "C"

@@ -18,6 +18,8 @@
 
 #include <cassert>
 #include <cstring>
+#include <new>
+#include <vector>
 
 namespace {
 
@@ -48,7 +50,11 @@ inline VTX_POTLHASHITEM_T_EXT itemAt(VTX_POTL_T o, VTX_ULONG_T idx) {
     return otlHashItemsFactoryGetOtlHashItem(o->pOtlHashItemsFactory, idx);
 }
 
-inline VTX_POTLMBR_T ownerOf(VTX_POTL_T o, VTX_POTLHASHITEM_T_EXT item) {
+// The record an entry belongs to: the one that entered it (kept in the hash
+// node, so a find reads the record without a further lookup), or, for an
+// entry made without one, the record the item's identifiers map to.
+inline VTX_POTLMBR_T ownerOf(VTX_POTL_T o, void *it, VTX_POTLHASHITEM_T_EXT item) {
+    if (void *owner = extendedHashItGetOwner(it)) return static_cast<VTX_POTLMBR_T>(owner);
     return memNum2pItemMapGetPItem(o, static_cast<VTX_ULONG_T>(item->mbrId), item->dimId);
 }
 
@@ -346,7 +352,7 @@ VTX_STS_T deleteEntry(vTX_PNETCTX_T ctx, VTX_POTL_T o, VTX_POTLMBR_T pItem, cons
         const char *str = extendedHashItGetStr(it.it());
         if (idx == NODE_INDEX_NA || !str) continue;
         VTX_POTLHASHITEM_T_EXT item = itemAt(o, idx);
-        if (item->usAliasTable != usAliasTable || ownerOf(o, item) != pItem) continue;
+        if (item->usAliasTable != usAliasTable || ownerOf(o, it.it(), item) != pItem) continue;
         if (o->fCaseSensitive && otlStrcmp(ctx, str, psz) != 0) continue;
         if (!found || str == psz) {
             match = it;
@@ -420,7 +426,7 @@ VTX_POTLMBR_T nextSharedOnChain(VTX_POTL_T pOutline, VTX_POTLMBR_T pItem, VTX_PO
             const VTX_ULONG_T idx = extendedHashItGetHashItemIndex(it.it());
             if (idx == NODE_INDEX_NA) continue;
             VTX_POTLHASHITEM_T_EXT item = itemAt(pOutline, idx);
-            if (item->usAliasTable == 0 && ownerOf(pOutline, item) == pAfter) break;
+            if (item->usAliasTable == 0 && ownerOf(pOutline, it.it(), item) == pAfter) break;
         }
         (void)extendedHashItIncrement(it.it());
     }
@@ -439,6 +445,11 @@ VTX_STS_T otlHashInit(vTX_PNETCTX_T pNetCtx, VTX_POTL_T pOutline) {
     vTX_PNETCTX_T ctx = ctxOf(pNetCtx, pOutline);
     VTX_STS_T sts = extendedHashInitWithSize(&pOutline->pExtendedHashTable, ctx, pOutline->pLocale,
                                              expectedStrings(ctx, pOutline), 0);
+    // A find reads the record's flags and, to tell attribute members apart,
+    // its category, which lies further in: fetch up to there with the node.
+    if (!sts)
+        extendedHashSetOwnerSpan(pOutline->pExtendedHashTable,
+                                 offsetof(VTX_OTLMBRLARGE_T, MbrInfo.usCategory) + sizeof(VTX_USHORT_T));
     // The count of repeated texts is made with the first repeat when names
     // must be unique: an outline of unique names never needs it, and it
     // costs some 3 MB.
@@ -509,7 +520,7 @@ VTX_STS_T otlHashAddStringAs(vTX_PNETCTX_T pNetCtx, VTX_POTL_T pOutline, VTX_POT
         sts = otlHashItemsFactoryAddItem(ctx, pOutline->pOtlHashItemsFactory,
                                          &pOutline->otlHashItemsFactoryNextFreeIndex, pItem->mbrId,
                                          static_cast<VTX_USHORT_T>(dimId), usAliasTable);
-    if (!sts) sts = extendedHashInsert(pOutline->pExtendedHashTable, idx, pszString, &hashNum, &hashPos);
+    if (!sts) sts = extendedHashInsertOwned(pOutline->pExtendedHashTable, idx, pszString, pItem, &hashNum, &hashPos);
     // Shared members never count as duplicates.
     if (!sts && taken && !fShared) {
         sts = otlHashDupNameAddString(ctx, pOutline, pszString, usAliasTable);
@@ -555,18 +566,36 @@ VTX_STS_T otlHashAddItem(vTX_PNETCTX_T pNetCtx, VTX_POTL_T pOutline, VTX_POTLMBR
         sts = otlHashAddString(ctx, pOutline, pItemToHash, shortName, 0, OTL_HASH_NONE, OTL_HASH_NONE);
         if (sts) shortName = nullptr;
     }
-    VTX_USHORT_T added = 0;
+    // Every alias of every table: the plain one and those of the alias
+    // combinations, so that a rebuilt or copied member is found by each.
+    struct Entry {
+        const char *text;
+        VTX_USHORT_T table;
+    };
+    std::vector<Entry> added;
+    auto addAlias = [&](const char *text, VTX_USHORT_T t) {
+        if (!text) return;
+        // Room in the list first, so that every entry made can be taken out.
+        try {
+            added.reserve(added.size() + 1);
+        } catch (const std::bad_alloc &) {
+            sts = VTX_STS_NO_MEMORY;
+            return;
+        }
+        sts = otlHashAddString(ctx, pOutline, pItemToHash, text, t, OTL_HASH_NONE, OTL_HASH_NONE);
+        if (!sts) added.push_back({text, t});
+    };
     VTX_POTLALIASARRAYREC_T aliases = pItemToHash->AliasArray ? pItemToHash->AliasArray : info->AliasArray;
-    for (VTX_USHORT_T t = 1; !sts && aliases && t <= pOutline->usNumAliasTables; ++t) {
-        if (!aliases[t - 1].pszDefName) continue;
-        sts = otlHashAddString(ctx, pOutline, pItemToHash, aliases[t - 1].pszDefName, t, OTL_HASH_NONE,
-                               OTL_HASH_NONE);
-        if (!sts) added = t;
+    VTX_POTLALIASREC_T *recs = isLarge(info) ? L(info)->pAliasRec : nullptr;
+    for (VTX_USHORT_T t = 1; !sts && t <= pOutline->usNumAliasTables; ++t) {
+        if (aliases) addAlias(aliases[t - 1].pszDefName, t);
+        if (recs && t <= OTL_MAX_ALIAS_TABLES)
+            for (VTX_POTLALIASREC_T a = recs[t - 1]; !sts && a; a = a->pNext) addAlias(a->pszAlias, t);
     }
     if (!sts) return 0;
     // All or nothing: what went in comes out again.
-    for (VTX_USHORT_T t = added; t >= 1; --t)
-        if (aliases[t - 1].pszDefName) (void)deleteEntry(ctx, pOutline, pItemToHash, aliases[t - 1].pszDefName, t, nullptr, isShared(pItemToHash));
+    for (auto e = added.rbegin(); e != added.rend(); ++e)
+        (void)deleteEntry(ctx, pOutline, pItemToHash, e->text, e->table, nullptr, isShared(pItemToHash));  // just put in
     if (shortName) (void)deleteEntry(ctx, pOutline, pItemToHash, shortName, 0, nullptr, isShared(pItemToHash));
     (void)deleteEntry(ctx, pOutline, pItemToHash, name, 0, nullptr, isShared(pItemToHash));  // each was just put in
     return sts;
@@ -609,7 +638,7 @@ VTX_BOOL_T otlHashIsStringExist(vTX_PNETCTX_T pNetCtx, VTX_POTL_T pOutline, VTX_
         if (idx == NODE_INDEX_NA || !str) continue;
         if (cs && otlStrcmp(ctx, str, pszString) != 0) continue;
         VTX_POTLHASHITEM_T_EXT item = itemAt(pOutline, idx);
-        VTX_POTLMBR_T m = ownerOf(pOutline, item);
+        VTX_POTLMBR_T m = ownerOf(pOutline, it.it(), item);
         if (!m) continue;
         const VTX_USHORT_T t = item->usAliasTable;
         if (isAttrMember(m)) {
@@ -738,9 +767,11 @@ VTX_POTLMBR_T otlMatchHashString(vTX_PNETCTX_T pNetCtx, VTX_POTL_T pOutline, voi
         if (idx == NODE_INDEX_NA || !str) continue;
         if (fCaseSensitive && pszString && otlStrcmp(ctx, pszString, str) != 0) continue;
         VTX_POTLHASHITEM_T_EXT item = itemAt(pOutline, idx);
-        VTX_POTLMBR_T m = ownerOf(pOutline, item);
+        VTX_POTLMBR_T m = ownerOf(pOutline, it, item);
         if (!m) continue;
-        const VTX_USHORT_T t = item->usAliasTable;
+        // A member's name entry is keyed by the record's own name text, so
+        // the record (fetched with the node) tells it without the item.
+        const VTX_USHORT_T t = str == m->MbrInfo.szMember ? 0 : item->usAliasTable;
         const bool asName = fMember && t == 0;
         if (pszParent) {
             if (!asName && (!fAlias || (anyAlias ? t == 0 : t != usAliasTable))) continue;
@@ -788,7 +819,7 @@ VTX_POTLMBR_T otlMatchHashStringAttribute(vTX_PNETCTX_T pNetCtx, VTX_POTL_T pOut
         if (idx == NODE_INDEX_NA || !str) continue;
         VTX_POTLHASHITEM_T_EXT item = itemAt(pOutline, idx);
         if (item->usAliasTable != 0) continue;
-        VTX_POTLMBR_T m = ownerOf(pOutline, item);
+        VTX_POTLMBR_T m = ownerOf(pOutline, it, item);
         if (!isAttrMember(m)) continue;
         if (fCaseSensitive && pszString && otlStrcmp(ctx, pszString, str) != 0) continue;
         return m;
@@ -810,7 +841,7 @@ VTX_POTLMBR_T otlMatchHashStringShared(VTX_POTL_T pOutline, vTX_PNETCTX_T pNetCt
         if (pszString && !sameText(ctx, pszString, str, fCaseSensitive)) continue;
         VTX_POTLHASHITEM_T_EXT item = itemAt(pOutline, idx);
         if (item->usAliasTable != 0) continue;
-        VTX_POTLMBR_T m = ownerOf(pOutline, item);
+        VTX_POTLMBR_T m = ownerOf(pOutline, it, item);
         if (!m || !isShared(m)) continue;
         if (pOutline->bNonUniqueName && originalOf(ctx, pOutline, m) != orig) continue;
         return m;
@@ -1498,17 +1529,34 @@ VTX_STS_T otlVerifySetDupMbrArry(VTX_POTL_T pOutline) {
     return 0;
 }
 
-VTX_STS_T otlVerifySetNonUniqueName(VTX_POTL_T pOutline, VTX_POUTERROR_T *, VTX_ULONG_T *) {
+VTX_STS_T otlVerifySetNonUniqueName(VTX_POTL_T pOutline, VTX_POUTERROR_T *ppMbrErrors, VTX_ULONG_T *pulCount) {
     if (!pOutline) return VTX_STS_NULL_ARG;
     VTX_PDUPMBRARRY_T arr = pOutline->pDupMbrArry;
     if (!arr) return 0;
+    // The keys are chosen by the marks just set, which hold only while a
+    // verify or a save runs; outside one the members are only marked.
+    const bool keys = (pOutline->ucStateFlag & (OTL_STATE_VERIFYING | OTL_STATE_WRITING)) != 0;
     for (unsigned d = 0; d < arr[0].ucArrySize; ++d)
         for (VTX_ULONG_T j = 0; j < arr[d].ulDupCount; ++j) {
             VTX_POTLMBR_T m = dupMembers(&arr[d])[j];
-            if (!otlGetDim(m)) return otlReport(pOutline->pNetCtx, VTX_STS_NO_DIM_FOUND, "otlVerifySetNonUniqueName",
-                                                VTX_MSGARG_STR, nullptr, 0);
-            // A dimension record keeps the bit for its own rule.
-            if (m->MbrInfo.usGen > 1) m->ucFlags |= OTL_FLAG_DUP;
+            VTX_POTLMBR_T dim = otlGetDim(m);
+            if (!dim) return otlReport(pOutline->pNetCtx, VTX_STS_NO_DIM_FOUND, "otlVerifySetNonUniqueName",
+                                       VTX_MSGARG_STR, nullptr, 0);
+            // A dimension record keeps the bit for its own rule, and its
+            // name is its key.
+            if (m->MbrInfo.usGen <= 1) continue;
+            m->ucFlags |= OTL_FLAG_DUP;
+            if (!keys) continue;
+            // No list: the dimension's own generation and level names serve.
+            const VTX_STS_T sts = adShrOtlSetMemberKey(pOutline, dim, nullptr, m);
+            // A key too long is the member's fault, listed like the other
+            // findings of a verification (0x2 of the fourth word); the
+            // other members still get theirs.
+            if (sts == VTX_STS_KEY_TOO_LONG) {
+                if (VTX_STS_T lsts = addFinding(pOutline->pNetCtx, m, 0x2, ppMbrErrors, pulCount)) return lsts;
+                continue;
+            }
+            if (sts) return sts;
         }
     return 0;
 }
@@ -1784,6 +1832,260 @@ VTX_STS_T adShrOtlFindDim(VTX_HOUTLINE_T hOutline, VTX_HMEMBER_T hMember, VTX_HM
     // The root stands above every dimension.
     if (!dim) return f.fail(VTX_STS_NO_DIM_FOUND, "adShrOtlFindDim", VTX_MSGARG_STR);
     *phDim = dim;
+    return 0;
+}
+
+} // extern "C"
+
+// ---- finds by parent, attribute finds, finds by identifiers --------------------------
+//
+// Built on the lookups above.  otlHashFindItemByName reports a name that
+// names more than one member itself, so its failures are handed on as
+// they come; a name that names none is reported here, once.
+
+namespace {
+
+// The dimension named szDim, or the refusal: 1060200 for no such
+// dimension.
+VTX_STS_T namedDimension(const otl::CallFrame &f, const char *szDim, VTX_POTLMBR_T *ppDim) {
+    *ppDim = dimensionNamed(f.outline(), szDim);
+    return *ppDim ? 0 : f.fail(VTX_STS_NOT_FOUND, szDim, VTX_MSGARG_STR);
+}
+
+// pszMember under a parent named pszParent, by name or alias, in pDim when
+// given.  With a parent a shared member is found as well: the parent tells
+// which of a name's places is meant.
+VTX_STS_T findUnderParent(const otl::CallFrame &f, const char *pszMember, const char *pszParent, VTX_POTLMBR_T pDim,
+                          VTX_HMEMBER_T *phMember) {
+    VTX_POTLMBR_T m = nullptr;
+    VTX_STS_T sts = otlHashFindItemByName(f.ctx(), f.outline(), pszMember, pszParent, 1, 1, 0, 0, pDim, &m, nullptr,
+                                          nullptr);
+    if (sts) return sts;
+    if (!m) return f.fail(VTX_STS_NOT_FOUND, pszMember, VTX_MSGARG_STR);
+    *phMember = m;
+    return 0;
+}
+
+// An attribute member of the attribute dimension szDim by its name (a typed
+// attribute also by its short name), under a parent named pszParent when
+// one is given.
+VTX_STS_T findAttribute(const otl::CallFrame &f, const char *szDim, const char *pszMember, const char *pszParent,
+                        VTX_HMEMBER_T *phMember) {
+    VTX_POTL_T o = f.outline();
+    VTX_POTLMBR_T dim = nullptr;
+    if (VTX_STS_T sts = namedDimension(f, szDim, &dim)) return sts;
+    if (!isAttrMember(dim)) return f.fail(VTX_STS_NOT_ATTR_DIM, szDim, VTX_MSGARG_STR);
+    ChainIt it;
+    if (placeOn(o->pExtendedHashTable, pszMember, it)) {
+        for (;; (void)extendedHashItIncrement(it.it())) {
+            VTX_POTLMBR_T m = nullptr;
+            if (VTX_STS_T sts = otlFindAttributeMember(o, pszMember, &m, it.it()))
+                return f.fail(sts, pszMember, VTX_MSGARG_STR);
+            if (!m) break;
+            if (otlGetDim(m) != dim) continue;
+            VTX_POTLMBR_T parent = m->pParent;
+            if (pszParent && (!parent || !parent->MbrInfo.szMember ||
+                              otlCompareNames(o, parent->MbrInfo.szMember, pszParent) != 0))
+                continue;
+            *phMember = m;
+            return 0;
+        }
+    }
+    return f.fail(VTX_STS_NOT_FOUND, pszMember, VTX_MSGARG_STR);
+}
+
+} // namespace
+
+extern "C" {
+
+VTX_STS_T adShrOtlFindMemberParentCombo(VTX_HOUTLINE_T hOutline, VTX_CSTR_T pszMember, VTX_CSTR_T pszParent,
+                                        VTX_HMEMBER_T *phMember) {
+    if (phMember) *phMember = nullptr;
+    otl::CallFrame f(hOutline, otl::kRead);
+    if (VTX_STS_T sts = f.enter()) return sts;
+    if (!pszMember || !pszParent || !phMember)
+        return f.fail(VTX_STS_NULL_ARG, "adShrOtlFindMemberParentCombo", VTX_MSGARG_STR);
+    return otl::otlGuard(f.ctx(), "adShrOtlFindMemberParentCombo", [&]() -> VTX_STS_T {
+        return findUnderParent(f, pszMember, pszParent, nullptr, phMember);
+    });
+}
+
+VTX_STS_T adShrOtlFindMemberParentComboInDimension(VTX_HOUTLINE_T hOutline, VTX_CSTR_T szDim, VTX_CSTR_T pszMember,
+                                                   VTX_CSTR_T pszParent, VTX_HMEMBER_T *phMember) {
+    if (phMember) *phMember = nullptr;
+    otl::CallFrame f(hOutline, otl::kRead);
+    if (VTX_STS_T sts = f.enter()) return sts;
+    if (!szDim || !pszMember || !pszParent || !phMember)
+        return f.fail(VTX_STS_NULL_ARG, "adShrOtlFindMemberParentComboInDimension", VTX_MSGARG_STR);
+    return otl::otlGuard(f.ctx(), "adShrOtlFindMemberParentComboInDimension", [&]() -> VTX_STS_T {
+        VTX_POTLMBR_T dim = nullptr;
+        if (VTX_STS_T sts = namedDimension(f, szDim, &dim)) return sts;
+        return findUnderParent(f, pszMember, pszParent, dim, phMember);
+    });
+}
+
+VTX_STS_T adShrOtlFindAttrMemberInDimension(VTX_HOUTLINE_T hOutline, VTX_CSTR_T szDim, VTX_CSTR_T pszMember,
+                                            VTX_HMEMBER_T *phMember) {
+    if (phMember) *phMember = nullptr;
+    otl::CallFrame f(hOutline, otl::kRead);
+    if (VTX_STS_T sts = f.enter()) return sts;
+    if (!szDim || !pszMember || !phMember)
+        return f.fail(VTX_STS_NULL_ARG, "adShrOtlFindAttrMemberInDimension", VTX_MSGARG_STR);
+    return otl::otlGuard(f.ctx(), "adShrOtlFindAttrMemberInDimension", [&]() -> VTX_STS_T {
+        return findAttribute(f, szDim, pszMember, nullptr, phMember);
+    });
+}
+
+VTX_STS_T adShrOtlFindAttrMemberParentComboInDimension(VTX_HOUTLINE_T hOutline, VTX_CSTR_T szDim,
+                                                       VTX_CSTR_T pszMember, VTX_CSTR_T pszParent,
+                                                       VTX_HMEMBER_T *phMember) {
+    if (phMember) *phMember = nullptr;
+    otl::CallFrame f(hOutline, otl::kRead);
+    if (VTX_STS_T sts = f.enter()) return sts;
+    if (!szDim || !pszMember || !pszParent || !phMember)
+        return f.fail(VTX_STS_NULL_ARG, "adShrOtlFindAttrMemberParentComboInDimension", VTX_MSGARG_STR);
+    return otl::otlGuard(f.ctx(), "adShrOtlFindAttrMemberParentComboInDimension", [&]() -> VTX_STS_T {
+        return findAttribute(f, szDim, pszMember, pszParent, phMember);
+    });
+}
+
+VTX_STS_T adShrOtlGetMemberFromDimIdMbrId(VTX_HOUTLINE_T hOutline, VTX_ULONG_T dimId, VTX_ULONG_T mbrId,
+                                          VTX_HMEMBER_T *phMember) {
+    if (phMember) *phMember = nullptr;
+    otl::CallFrame f(hOutline, otl::kRead);
+    if (VTX_STS_T sts = f.enter()) return sts;
+    if (!phMember) return f.fail(VTX_STS_NULL_ARG, "adShrOtlGetMemberFromDimIdMbrId", VTX_MSGARG_STR);
+    // Identifiers are given out from 1: zero names nothing.
+    if (dimId == 0 || mbrId == 0) return f.fail(VTX_STS_ZERO_ID);
+    VTX_POTLMBR_T m = memNum2pItemMapGetPItem(f.outline(), mbrId, dimId);
+    // A spare child is no member the caller can name.
+    if (m && !OTL_IS_HIDDEN(m)) *phMember = m;
+    return 0;
+}
+
+} // extern "C"
+
+// ---- name tests of the member interface --------------------------------------------
+
+namespace {
+
+// The dimension record a name test asks about: 1060057 for another member.
+VTX_STS_T dimensionFor(const otl::CallFrame &f, VTX_HMEMBER_T hMember, VTX_POTLMBR_T *ppDim, const char *call) {
+    auto m = static_cast<VTX_POTLMBR_T>(hMember);
+    if (!m) return f.fail(VTX_STS_NULL_ARG, call, VTX_MSGARG_STR);
+    if (m->MbrInfo.usGen != 1 || m->pParent != f.outline()->pHeadItem) return f.fail(VTX_STS_NOT_A_DIMENSION);
+    *ppDim = m;
+    return 0;
+}
+
+// The dimension's entry of the last verification's state, or null.
+const VTX_DUPMBRARRY_T *dupStateOf(VTX_POTL_T o, VTX_POTLMBR_T dim) {
+    const int d = dimIndex(o, dim);
+    if (!o->pDupMbrArry || d < 0 || d >= o->pDupMbrArry[0].ucArrySize) return nullptr;
+    return &o->pDupMbrArry[d];
+}
+
+} // namespace
+
+extern "C" {
+
+VTX_STS_T adShrOtlIsMemberNameDuplicate(VTX_HOUTLINE_T hOutline, VTX_CSTR_T szMember, VTX_BOOL_T *pbNonUnique) {
+    if (pbNonUnique) *pbNonUnique = 0;
+    otl::CallFrame f(hOutline, otl::kRead);
+    if (VTX_STS_T sts = f.enter()) return sts;
+    if (!szMember || !pbNonUnique) return f.fail(VTX_STS_NULL_ARG, "adShrOtlIsMemberNameDuplicate", VTX_MSGARG_STR);
+    *pbNonUnique = otlIsNameDuplicated(f.ctx(), f.outline(), szMember, 0, nullptr) ? 1 : 0;
+    return 0;
+}
+
+VTX_STS_T adShrOtlIsMemberNameUniqueWithinDim(VTX_HOUTLINE_T hOutline, VTX_HMEMBER_T hMember,
+                                              VTX_BOOL_T *pbNameUnique) {
+    if (pbNameUnique) *pbNameUnique = 1;
+    otl::CallFrame f(hOutline, otl::kRead);
+    VTX_POTLMBR_T dim = nullptr;
+    if (VTX_STS_T sts = f.enter({hMember})) return sts;
+    if (!pbNameUnique) return f.fail(VTX_STS_NULL_ARG, "adShrOtlIsMemberNameUniqueWithinDim", VTX_MSGARG_STR);
+    if (VTX_STS_T sts = dimensionFor(f, hMember, &dim, "adShrOtlIsMemberNameUniqueWithinDim")) return sts;
+    const VTX_DUPMBRARRY_T *st = f.outline()->bNonUniqueName ? dupStateOf(f.outline(), dim) : nullptr;
+    *pbNameUnique = !(st && (st->pDimNonUnique[0] & kDnuRepeats));
+    return 0;
+}
+
+VTX_STS_T adShrOtlIsMemberNameUniqueWithinDimAtGenLevel(VTX_HOUTLINE_T hOutline, VTX_HMEMBER_T hMember,
+                                                        VTX_BOOL_T bGen, VTX_USHORT_T usGenLevel,
+                                                        VTX_BOOL_T *pbNameUnique) {
+    if (pbNameUnique) *pbNameUnique = 1;
+    otl::CallFrame f(hOutline, otl::kRead);
+    VTX_POTLMBR_T dim = nullptr;
+    if (VTX_STS_T sts = f.enter({hMember})) return sts;
+    if (!pbNameUnique)
+        return f.fail(VTX_STS_NULL_ARG, "adShrOtlIsMemberNameUniqueWithinDimAtGenLevel", VTX_MSGARG_STR);
+    if (VTX_STS_T sts = dimensionFor(f, hMember, &dim, "adShrOtlIsMemberNameUniqueWithinDimAtGenLevel")) return sts;
+    const VTX_DUPMBRARRY_T *st = f.outline()->bNonUniqueName ? dupStateOf(f.outline(), dim) : nullptr;
+    // No generation or level lies that deep.
+    if (!st || usGenLevel >= 127) return 0;
+    *pbNameUnique = !(st->pDimNonUnique[usGenLevel] & (bGen ? kDnuAtGen : kDnuAtLevel));
+    return 0;
+}
+
+VTX_STS_T adShrOtlGetCountOfDupMemberNameInDim(VTX_HOUTLINE_T hOutline, VTX_HMEMBER_T hMember,
+                                               VTX_ULONG_T *pulDupCount) {
+    if (pulDupCount) *pulDupCount = 0;
+    otl::CallFrame f(hOutline, otl::kRead);
+    VTX_POTLMBR_T dim = nullptr;
+    if (VTX_STS_T sts = f.enter({hMember})) return sts;
+    if (!pulDupCount) return f.fail(VTX_STS_NULL_ARG, "adShrOtlGetCountOfDupMemberNameInDim", VTX_MSGARG_STR);
+    if (VTX_STS_T sts = dimensionFor(f, hMember, &dim, "adShrOtlGetCountOfDupMemberNameInDim")) return sts;
+    if (const VTX_DUPMBRARRY_T *st = dupStateOf(f.outline(), dim)) *pulDupCount = st->ulDupCount;
+    return 0;
+}
+
+VTX_STS_T adShrOtlGetDimensionNameUniqueness(VTX_HOUTLINE_T hOutline, VTX_HMEMBER_T hDim, VTX_BOOL_T *pbUnique) {
+    if (pbUnique) *pbUnique = 1;
+    otl::CallFrame f(hOutline, otl::kRead | otl::kQueryOk);
+    VTX_POTLMBR_T dim = nullptr;
+    if (VTX_STS_T sts = f.enter({hDim})) return sts;
+    if (!pbUnique) return f.fail(VTX_STS_NULL_ARG, "adShrOtlGetDimensionNameUniqueness", VTX_MSGARG_STR);
+    if (VTX_STS_T sts = dimensionFor(f, hDim, &dim, "adShrOtlGetDimensionNameUniqueness")) return sts;
+    *pbUnique = (dim->ucFlags & OTL_FLAG_DUP) ? 0 : 1;
+    return 0;
+}
+
+VTX_STS_T adShrOtlSetDimensionNameUniqueness(VTX_HOUTLINE_T hOutline, VTX_HMEMBER_T hDim, VTX_BOOL_T bUnique) {
+    otl::CallFrame f(hOutline, otl::kEdit);
+    VTX_POTLMBR_T dim = nullptr;
+    if (VTX_STS_T sts = f.enter({hDim})) return sts;
+    if (VTX_STS_T sts = dimensionFor(f, hDim, &dim, "adShrOtlSetDimensionNameUniqueness")) return sts;
+    VTX_POTL_T o = f.outline();
+    const bool unique = bUnique != 0;
+    if (unique == !(dim->ucFlags & OTL_FLAG_DUP)) return 0;
+    // Only an outline of duplicate names has dimensions that allow them.
+    if (!unique && !o->bNonUniqueName)
+        return f.fail(VTX_STS_DUP_REQUIRED, "adShrOtlSetDimensionNameUniqueness", VTX_MSGARG_STR);
+    if (unique) {
+        // A dimension whose names repeat already cannot promise otherwise.
+        vTX_PNETCTX_T ctx = f.ctx();
+        for (VTX_POTLMBR_T m = dim->pChild ? otlNavtrdn(dim, dim) : nullptr; m; m = otlNavtrdn(m, dim)) {
+            if (OTL_IS_HIDDEN(m) || otlMbrIsSharedShare(m) || !m->MbrInfo.szMember) continue;
+            VTX_POTLMBR_T other = m;
+            if (otlIsNameExistInDimension(ctx, o, dim, m->MbrInfo.szMember, 0, &other))
+                return f.fail(VTX_STS_UNIQUE_IN_DIM, dim->MbrInfo.szMember, VTX_MSGARG_STR, m->MbrInfo.szMember,
+                              VTX_MSGARG_STR);
+        }
+        dim->ucFlags &= (VTX_UCHAR_T)~OTL_FLAG_DUP;
+    } else {
+        dim->ucFlags |= OTL_FLAG_DUP;
+    }
+    f.edited(OTL_STATE_CHANGED);
+    return 0;
+}
+
+VTX_STS_T adShrOtlGetMemberType(VTX_HOUTLINE_T hOutline, VTX_HMEMBER_T hMember, VTX_USHORT_T *pusType) {
+    if (pusType) *pusType = 0;
+    otl::CallFrame f(hOutline, otl::kRead | otl::kQueryOk);
+    if (VTX_STS_T sts = f.enter({hMember})) return sts;
+    if (!hMember || !pusType) return f.fail(VTX_STS_NULL_ARG, "adShrOtlGetMemberType", VTX_MSGARG_STR);
+    *pusType = static_cast<VTX_POTLMBR_T>(hMember)->ucFlags2 & OTL_FLAG2_TYPEMASK;
     return 0;
 }
 

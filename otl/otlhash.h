@@ -294,7 +294,10 @@ VTX_API VTX_BOOL_T otlIsItemDupNameLegal(vTX_PNETCTX_T pNetCtx, VTX_POTL_T pOutl
 /* Rebuilds pDupMbrArry and every member's ucNameUnique from the duplicate
  * counts.  Allocation failure leaves no state (and the marks cleared). */
 VTX_NODISCARD VTX_API VTX_STS_T otlVerifySetDupMbrArry(VTX_POTL_T pOutline);
-/* Marks each listed member (below generation 1) with ucFlags 0x80. */
+/* Marks each listed member (below generation 1) with ucFlags 0x80 and,
+ * inside a verify or a save, writes its member key into the "Unique Name"
+ * table (adShrOtlSetMemberKey); a key too long for its buffer becomes a
+ * finding with ulErrors4 0x2 in the list, other failures end the call. */
 VTX_NODISCARD VTX_API VTX_STS_T otlVerifySetNonUniqueName(VTX_POTL_T pOutline, VTX_POUTERROR_T *ppMbrErrors,
                                                           VTX_ULONG_T *pulCount);
 /* The number of listed members whose name breaks a uniqueness rule; each is

@@ -525,7 +525,10 @@ VTX_STS_T adShrOtlFree(vtx_netctx_t *pNetCtx, void *pData) {
 
 VTX_STS_T adShrOtlFreeMbrInfo(vtx_netctx_t *pNetCtx, VTX_ULONG_T ulCount, vtx_mbrinfo_t *pMbrInfo) {
     if (!pMbrInfo) return 0;
-    for (VTX_ULONG_T i = 0; i < ulCount; ++i) otlFreeMbrInfoPointerFields(pNetCtx, &pMbrInfo[i]);
+    // The records of a client before 5.0 are the short form, which holds no
+    // pointer of its own.
+    if (pNetCtx && pNetCtx->lClientVersion >= 0x50000)
+        for (VTX_ULONG_T i = 0; i < ulCount; ++i) otlFreeMbrInfoPointerFields(pNetCtx, &pMbrInfo[i]);
     return otlFreeMem(pNetCtx, pMbrInfo);
 }
 

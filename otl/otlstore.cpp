@@ -362,9 +362,9 @@ VTX_STS_T otlCopyToInternalFromExternalMbrInfo(vTX_PNETCTX_T pNetCtx, const vtx_
                                                VTX_PINTMBRINFOLARGE_T pInfo, VTX_BOOL_T bTemporary) {
     if (!pMbrInfo || !pInfo) return VTX_STS_NULL_ARG;
     VTX_ULONG_T ver = pNetCtx ? (VTX_ULONG_T)pNetCtx->lClientVersion : 0;
-    // Clients before 5.0 send an older record form that this library does
-    // not read.
-    if (ver < kVerRecord5) return VTX_STS_OLD_CLIENT;
+    // A client before 5.0 had no comment; its record was widened to this
+    // form at the boundary (otlMbrInfoFromOld).
+    const bool withComment = ver >= kVerRecord5;
 
     VTX_INTMBRINFOLARGE_T tmp = *pInfo;
     tmp.szMember = tmp.szCurMember = tmp.szComment = nullptr;
@@ -374,7 +374,7 @@ VTX_STS_T otlCopyToInternalFromExternalMbrInfo(vTX_PNETCTX_T pNetCtx, const vtx_
     if (bTemporary) {
         tmp.szMember = const_cast<char *>(pMbrInfo->szMember);
         tmp.szCurMember = pMbrInfo->szCurMember[0] ? const_cast<char *>(pMbrInfo->szCurMember) : nullptr;
-        tmp.szComment = pMbrInfo->szComment[0] ? const_cast<char *>(pMbrInfo->szComment) : nullptr;
+        tmp.szComment = withComment && pMbrInfo->szComment[0] ? const_cast<char *>(pMbrInfo->szComment) : nullptr;
     } else {
         // The name is kept even when empty: a record always owns a name block.
         size_t n = strnlen(pMbrInfo->szMember, VTX_MBRNAME_LEN - 1);
@@ -385,7 +385,7 @@ VTX_STS_T otlCopyToInternalFromExternalMbrInfo(vTX_PNETCTX_T pNetCtx, const vtx_
             copyOut(buf, sizeof buf, pMbrInfo->szCurMember);
             sts = otlStrdup(pNetCtx, buf, &tmp.szCurMember);
         }
-        if (!sts && pMbrInfo->szComment[0]) {
+        if (!sts && withComment && pMbrInfo->szComment[0]) {
             char buf[VTX_MBRCOMMENT_LEN];
             copyOut(buf, sizeof buf, pMbrInfo->szComment);
             sts = otlStrdup(pNetCtx, buf, &tmp.szComment);
@@ -431,7 +431,6 @@ VTX_STS_T otlCopyLargeToMbrInfo(VTX_POTL_T pOutline, VTX_POTLMBR_T pItem, vtx_mb
                                 VTX_ULONG_T ulVersion) {
     if (!pItem || !pMbrInfo) return VTX_STS_NULL_ARG;
     std::memset(pMbrInfo, 0, sizeof *pMbrInfo);
-    if (ulVersion < kVerRecord5) return VTX_STS_OLD_CLIENT;
     vTX_PNETCTX_T pNetCtx = pOutline ? pOutline->pNetCtx : nullptr;
     const bool query = pOutline && pOutline->fOpenQuery;
     const bool small = OTL_IS_SMALL(pItem);
@@ -443,7 +442,7 @@ VTX_STS_T otlCopyLargeToMbrInfo(VTX_POTL_T pOutline, VTX_POTLMBR_T pItem, vtx_mb
     pMbrInfo->usTimeBalance = pItem->MbrInfo.usTimeBalance;
     pMbrInfo->usSkip = pItem->MbrInfo.usSkip;
     pMbrInfo->usShare = otlGetShare(pItem);
-    pMbrInfo->ulChildCount = pItem->MbrInfo.ulChildCount;
+    if (ulVersion >= kVerRecord5) pMbrInfo->ulChildCount = pItem->MbrInfo.ulChildCount;
     pMbrInfo->ulSiblingCount = pItem->ulSiblingCount;
     pMbrInfo->fAttributed = (pItem->MbrInfo.ucInfoFlags & OTL_INFO_ATTRIBUTED) ? 1 : 0;
     pMbrInfo->ucSolveOrder = pItem->ucSolveOrder;
@@ -458,7 +457,8 @@ VTX_STS_T otlCopyLargeToMbrInfo(VTX_POTL_T pOutline, VTX_POTLMBR_T pItem, vtx_mb
         pMbrInfo->usCategory = l->MbrInfo.usCategory;
         pMbrInfo->usStorageCategory = l->MbrInfo.usStorageCategory;
         copyOut(pMbrInfo->szCurMember, sizeof pMbrInfo->szCurMember, l->MbrInfo.szCurMember);
-        copyOut(pMbrInfo->szComment, sizeof pMbrInfo->szComment, l->MbrInfo.szComment);
+        if (ulVersion >= kVerRecord5)
+            copyOut(pMbrInfo->szComment, sizeof pMbrInfo->szComment, l->MbrInfo.szComment);
         if (pOutline && pOutline->usOutlineType == VTX_OTL_AGGSTORE &&
             (l->MbrInfo.usCategory == VTX_CAT_ATTRIBUTE || l->MbrInfo.usCategory == VTX_CAT_ATTRCALC))
             pMbrInfo->usShare = VTX_SHARE_DYNCALC;
@@ -527,8 +527,9 @@ VTX_STS_T otlCopyLargeToMbrInfo(VTX_POTL_T pOutline, VTX_POTLMBR_T pItem, vtx_mb
 VTX_STS_T otlCopyLargeFromMbrInfo(VTX_POTL_T pOutline, VTX_POTLMBRLARGE_T pItem, const vtx_mbrinfo_t *pMbrInfo,
                                   VTX_ULONG_T ulVersion) {
     if (!pItem || !pMbrInfo) return VTX_STS_NULL_ARG;
-    if (ulVersion < kVerRecord5) return VTX_STS_OLD_CLIENT;
     vTX_PNETCTX_T pNetCtx = pOutline ? pOutline->pNetCtx : nullptr;
+    // A snapshot of a client before 5.0 carries no comment: the record's stays.
+    const bool withComment = ulVersion >= kVerRecord5;
     // Build every new string before touching the record, so that a failure
     // leaves the record as it was.
     VTX_STR_T name = nullptr, cur = nullptr, comment = nullptr, attrText = nullptr;
@@ -536,7 +537,7 @@ VTX_STS_T otlCopyLargeFromMbrInfo(VTX_POTL_T pOutline, VTX_POTLMBRLARGE_T pItem,
     if (!pItem->MbrInfo.szMember || std::strcmp(pItem->MbrInfo.szMember, pMbrInfo->szMember) != 0)
         sts = otlStrdup(pNetCtx, pMbrInfo->szMember, &name);
     if (!sts) sts = otlStrdup(pNetCtx, pMbrInfo->szCurMember, &cur);
-    if (!sts) sts = otlStrdup(pNetCtx, pMbrInfo->szComment, &comment);
+    if (!sts && withComment) sts = otlStrdup(pNetCtx, pMbrInfo->szComment, &comment);
     const bool withAttr = ulVersion >= kVerDimName;
     if (!sts && withAttr && pMbrInfo->Attribute.usDataType == VTX_ATTR_STRING)
         sts = otlStrdup(pNetCtx, pMbrInfo->Attribute.value.pszValue, &attrText);
@@ -550,8 +551,10 @@ VTX_STS_T otlCopyLargeFromMbrInfo(VTX_POTL_T pOutline, VTX_POTLMBRLARGE_T pItem,
     }
     freeString(pNetCtx, &pItem->MbrInfo.szCurMember);
     pItem->MbrInfo.szCurMember = cur;
-    freeString(pNetCtx, &pItem->MbrInfo.szComment);
-    pItem->MbrInfo.szComment = comment;
+    if (withComment) {
+        freeString(pNetCtx, &pItem->MbrInfo.szComment);
+        pItem->MbrInfo.szComment = comment;
+    }
     if (withAttr) {
         freeAttrRecord(pNetCtx, &pItem->MbrInfo.Attribute);
         pItem->MbrInfo.Attribute = pMbrInfo->Attribute;
@@ -586,6 +589,47 @@ VTX_STS_T otlCopyLargeFromMbrInfo(VTX_POTL_T pOutline, VTX_POTLMBRLARGE_T pItem,
         pItem->ucFlags2 = (VTX_UCHAR_T)(pItem->ucFlags2 & ~OTL_FLAG2_FLOW);
         if (pMbrInfo->fFlow) pItem->ucFlags2 |= OTL_FLAG2_FLOW;
     }
+    return 0;
+}
+
+void otlMbrInfoFromOld(const vtx_mbrinfo_old_t *pOld, vtx_mbrinfo_t *pMbrInfo) {
+    std::memset(pMbrInfo, 0, sizeof *pMbrInfo);
+    pMbrInfo->usLevel = pOld->usLevel;
+    pMbrInfo->usGen = pOld->usGen;
+    pMbrInfo->usConsolidation = pOld->usConsolidation;
+    pMbrInfo->fTwoPass = pOld->fTwoPass;
+    pMbrInfo->fExpense = pOld->fExpense;
+    pMbrInfo->usConversion = pOld->usConversion;
+    pMbrInfo->usTimeBalance = pOld->usTimeBalance;
+    pMbrInfo->usSkip = pOld->usSkip;
+    pMbrInfo->usShare = pOld->usShare;
+    pMbrInfo->usStorage = pOld->usStorage;
+    pMbrInfo->usCategory = pOld->usCategory;
+    pMbrInfo->usStorageCategory = pOld->usStorageCategory;
+    // An old client's block need not be terminated: it ends at its length.
+    std::memcpy(pMbrInfo->szMember, pOld->szMember, strnlen(pOld->szMember, VTX_OLD_MBRNAME_LEN));
+    std::memcpy(pMbrInfo->szCurMember, pOld->szCurMember, strnlen(pOld->szCurMember, VTX_OLD_MBRNAME_LEN));
+}
+
+VTX_STS_T otlMbrInfoToOld(const vtx_mbrinfo_t *pMbrInfo, vtx_mbrinfo_old_t *pOld) {
+    const size_t name = strnlen(pMbrInfo->szMember, VTX_MBRNAME_LEN);
+    const size_t cur = strnlen(pMbrInfo->szCurMember, VTX_MBRNAME_LEN);
+    if (name >= VTX_OLD_MBRNAME_LEN || cur >= VTX_OLD_MBRNAME_LEN) return VTX_STS_OLD_CLIENT;
+    std::memset(pOld, 0, sizeof *pOld);
+    pOld->usLevel = pMbrInfo->usLevel;
+    pOld->usGen = pMbrInfo->usGen;
+    pOld->usConsolidation = pMbrInfo->usConsolidation;
+    pOld->fTwoPass = pMbrInfo->fTwoPass;
+    pOld->fExpense = pMbrInfo->fExpense;
+    pOld->usConversion = pMbrInfo->usConversion;
+    pOld->usTimeBalance = pMbrInfo->usTimeBalance;
+    pOld->usSkip = pMbrInfo->usSkip;
+    pOld->usShare = pMbrInfo->usShare;
+    pOld->usStorage = pMbrInfo->usStorage;
+    pOld->usCategory = pMbrInfo->usCategory;
+    pOld->usStorageCategory = pMbrInfo->usStorageCategory;
+    std::memcpy(pOld->szMember, pMbrInfo->szMember, name);
+    std::memcpy(pOld->szCurMember, pMbrInfo->szCurMember, cur);
     return 0;
 }
 

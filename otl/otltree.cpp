@@ -1148,7 +1148,31 @@ namespace {
 // The frame part every add shares: outputs cleared, the last-child
 // sentinel resolved, hidden members, mode and prohibition refused, the
 // place worked out and the prechecks run.
+// A client before 5.0 hands in the short record: a call works on a full-form
+// copy of it, made on entry and freed on the way out, so that every reader
+// of the record sees one layout.
+struct WideRecord {
+    vTX_PNETCTX_T ctx = nullptr;
+    vtx_mbrinfo_t *wide = nullptr;
+    WideRecord() = default;
+    WideRecord(const WideRecord &) = delete;
+    WideRecord &operator=(const WideRecord &) = delete;
+    ~WideRecord() {
+        if (wide) (void)otlFreeMem(ctx, wide);  // this call's scratch block
+    }
+    // Points pInfo at the full form; 0, or the allocator's refusal.
+    [[nodiscard]] VTX_STS_T take(VTX_POTL_T o, vtx_mbrinfo_t *&pInfo) {
+        if (!pInfo || clientVersion(o) >= kVerRecord5) return 0;
+        ctx = o->pNetCtx;
+        if (VTX_STS_T sts = otlAlloc(ctx, sizeof *wide, &wide)) return sts;
+        otlMbrInfoFromOld(reinterpret_cast<const vtx_mbrinfo_old_t *>(pInfo), wide);
+        pInfo = wide;
+        return 0;
+    }
+};
+
 struct AddCall {
+    WideRecord wideRec;
     otl::CallFrame f;
     Place pl;
     Refusal r;
@@ -1170,10 +1194,14 @@ struct AddCall {
         f.edited();
         return 0;
     }
-    VTX_STS_T begin(vtx_mbrinfo_t *pMbrInfo, VTX_HMEMBER_T hParent, VTX_HMEMBER_T &hPrev) {
+    // pMbrInfo comes back as the full form; fullForm: it is already.
+    VTX_STS_T begin(vtx_mbrinfo_t *&pMbrInfo, VTX_HMEMBER_T hParent, VTX_HMEMBER_T &hPrev,
+                    bool fullForm = false) {
         hPrev = resolveLast(f.outline(), hParent, hPrev);
         if (VTX_STS_T sts = f.enter({hParent, hPrev})) return sts;
         if (!pMbrInfo) return f.fail(VTX_STS_NULL_ARG);
+        if (!fullForm)
+            if (VTX_STS_T sts = wideRec.take(f.outline(), pMbrInfo)) return f.fail(sts);
         pInfo = pMbrInfo;
         savedAttr = pMbrInfo->Attribute;
         longNames = f.outline()->bLongNames;
@@ -1184,17 +1212,14 @@ struct AddCall {
     bool isHiddenParent() const { return pl.parent && OTL_IS_HIDDEN(pl.parent); }
 };
 
-} // namespace
-
-extern "C" {
-
-VTX_STS_T adShrOtlAddMemberDupSibsCheck(VTX_HOUTLINE_T hOutline, vtx_mbrinfo_t *pMbrInfo, VTX_HMEMBER_T hParent,
-                                        VTX_HMEMBER_T hPrevSibling, VTX_HMEMBER_T *phMember,
-                                        VTX_BOOL_T fReportDupSibsForUnique, VTX_USHORT_T usVerifyType,
-                                        vtx_outerror_t *pMbrError) {
+// The add with a check of the siblings' names; fullForm: pMbrInfo is the
+// full record whatever the client (a caller widened it already).
+VTX_STS_T addDupSibsCheck(VTX_HOUTLINE_T hOutline, vtx_mbrinfo_t *pMbrInfo, VTX_HMEMBER_T hParent,
+                          VTX_HMEMBER_T hPrevSibling, VTX_HMEMBER_T *phMember, VTX_BOOL_T fReportDupSibsForUnique,
+                          VTX_USHORT_T usVerifyType, vtx_outerror_t *pMbrError, bool fullForm) {
     if (phMember) *phMember = nullptr;
     AddCall c(hOutline, pMbrError);
-    if (VTX_STS_T sts = c.begin(pMbrInfo, hParent, hPrevSibling)) return sts;
+    if (VTX_STS_T sts = c.begin(pMbrInfo, hParent, hPrevSibling, fullForm)) return sts;
     VTX_POTL_T o = c.f.outline();
     return otl::otlGuard(c.f.ctx(), "adShrOtlAddMemberDupSibsCheck", [&]() -> VTX_STS_T {
         if (addPrechecks(o, pMbrInfo, c.pl, usVerifyType, c.r)) return report(c.f, c.r);
@@ -1210,6 +1235,18 @@ VTX_STS_T adShrOtlAddMemberDupSibsCheck(VTX_HOUTLINE_T hOutline, vtx_mbrinfo_t *
         if (phMember) *phMember = pItem;
         return c.success();
     });
+}
+
+} // namespace
+
+extern "C" {
+
+VTX_STS_T adShrOtlAddMemberDupSibsCheck(VTX_HOUTLINE_T hOutline, vtx_mbrinfo_t *pMbrInfo, VTX_HMEMBER_T hParent,
+                                        VTX_HMEMBER_T hPrevSibling, VTX_HMEMBER_T *phMember,
+                                        VTX_BOOL_T fReportDupSibsForUnique, VTX_USHORT_T usVerifyType,
+                                        vtx_outerror_t *pMbrError) {
+    return addDupSibsCheck(hOutline, pMbrInfo, hParent, hPrevSibling, phMember, fReportDupSibsForUnique,
+                           usVerifyType, pMbrError, false);
 }
 
 VTX_STS_T adShrOtlAddMember(VTX_HOUTLINE_T hOutline, vtx_mbrinfo_t *pMbrInfo, VTX_HMEMBER_T hParent,
@@ -1228,6 +1265,8 @@ VTX_STS_T adShrOtlAddDimension(VTX_HOUTLINE_T hOutline, vtx_mbrinfo_t *pMbrInfo,
     if (VTX_STS_T sts = f.enter({hPrevSibling})) return sts;
     if (!pMbrInfo) return f.fail(VTX_STS_NULL_ARG);
     if (o->ucPVLoadEnabled == 1) return VTX_STS_SILENT;
+    WideRecord wideRec;
+    if (VTX_STS_T sts = wideRec.take(o, pMbrInfo)) return f.fail(sts);
     auto prev = static_cast<VTX_POTLMBR_T>(hPrevSibling);
     if (prev && (!inOutline(o, prev) || !isDimRecord(prev))) return f.fail(VTX_STS_PREV_NOT_DIM);
     // Attribute dimensions stand behind all the others.
@@ -1239,7 +1278,7 @@ VTX_STS_T adShrOtlAddDimension(VTX_HOUTLINE_T hOutline, vtx_mbrinfo_t *pMbrInfo,
         return otlReportClash(o, VTX_STS_DIM_NOT_UNIQUE, nullptr, 0, nullptr, 0);
     const VTX_USHORT_T storage = pMbrInfo->usStorage;
     if (o->usOutlineType == VTX_OTL_AGGSTORE && o->cOPGVersion >= 75) pMbrInfo->usStorage = 1;
-    VTX_STS_T sts = adShrOtlAddMember(hOutline, pMbrInfo, nullptr, hPrevSibling, phMember, 0, pMbrError);
+    VTX_STS_T sts = addDupSibsCheck(hOutline, pMbrInfo, nullptr, hPrevSibling, phMember, 0, 0, pMbrError, true);
     pMbrInfo->usStorage = storage;
     if (sts) return sts;
     // A dimension add ends the chance of a property value load; a refused
@@ -2333,7 +2372,8 @@ extern "C" VTX_STS_T adShrOtlSetMemberInfo(VTX_HOUTLINE_T hOutline, VTX_HMEMBER_
     const VTX_BOOL_T longNames = o->bLongNames;
     VTX_STS_T result = otl::otlGuard(ctx, "adShrOtlSetMemberInfo", [&]() -> VTX_STS_T {
         const VTX_ULONG_T ver = (VTX_ULONG_T)clientVersion(o);
-        if (ver < (VTX_ULONG_T)kVerRecord5) return f.fail(VTX_STS_OLD_CLIENT);
+        WideRecord wideRec;
+        if (VTX_STS_T sts = wideRec.take(o, pInfo)) return f.fail(sts, "adShrOtlSetMemberInfo", VTX_MSGARG_STR);
         // A small record is worked on through a large view of it.
         VTX_OTLMBRLARGE_T view;
         VTX_POTLMBRLARGE_T work = L(item);

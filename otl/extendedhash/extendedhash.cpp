@@ -148,7 +148,25 @@ void ExtendedHash::clear() {
     allMembersIt.finish();
 }
 
+bool ExtendedHash::fillFirstFilter() {
+    // Every live node stands in the first table while it is the only one;
+    // a follower shares its head's CRC, so marking it again changes nothing.
+    FastHugeArray<uint64_t> &filter = *tableAux[0].filter;
+    for (uint32_t w = 0; w < tableAux[0].words; ++w)
+        if (!filter.materialize(w)) return false;
+    for (VTX_ULONG_T i = 0; i < lastIndexInContainer; ++i) {
+        const VTX_OTL_HASH_NODE_T &node = hashNodesContainer[i];
+        if (!node.str) continue;
+        uint64_t bits;
+        filter[filterWord(node.ulKeyCrc, 0, &bits)] &= ~bits;
+    }
+    return true;
+}
+
 bool ExtendedHash::addTable(VTX_ULONG_T prime) {
+    // A lone table's filter is never asked (see setItemInPos): it is made
+    // now that a second table comes.
+    if (tables.size() == 1 && !fillFirstFilter()) return false;
     // About eight filter bits for each key a half-full table holds.
     const uint32_t words = prime / 16 + 1;
     FastHugeArray<unsigned int> *t = vtxeh::newObject<FastHugeArray<unsigned int>>();
@@ -216,7 +234,13 @@ void ExtendedHash::releaseFold(char *buf, char *stackBuf) const {
 inline bool ExtendedHash::keysEqual(Probe &probe, const VTX_OTL_HASH_NODE_T &node) const {
     // Keys of one chain share their CRC; nearly every other key is turned
     // away here without reading its text.
-    return node.ulKeyCrc == probe.crc && textsEqual(probe, node);
+    if (node.ulKeyCrc != probe.crc) return false;
+    // Very likely a hit: start fetching the owner while the text is read.
+    if (node.pOwner) {
+        const char *owner = static_cast<const char *>(node.pOwner);
+        for (uint32_t at = 0; at < ownerSpan; at += 64) __builtin_prefetch(owner + at);
+    }
+    return textsEqual(probe, node);
 }
 
 bool ExtendedHash::textsEqual(Probe &probe, const VTX_OTL_HASH_NODE_T &node) const {
@@ -347,7 +371,20 @@ void ExtendedHash::search(Probe &probe, HASH_NUM_T &hashNum, HASH_POS_T &hashPos
     if (n == 0) return;
     HASH_POS_T pos;
     if (n == 1) {
-        if (probeTable(probe, 0, firstSlot(probe, 0), pos) == Found::Yes) hashNum = 0;
+        // About one lookup in four goes on to the second slot.  Its place
+        // depends on the key alone, so ask for it now: its miss then
+        // overlaps the first slot's and node's instead of following them.
+        // (Over several tables the first slots of all of them are asked for
+        // at once below, and this would only add traffic.)
+        const FastHugeArray<unsigned int> &table = *tables[0];
+        const uint32_t tableSize = static_cast<uint32_t>(table.getSize());
+        const uint32_t first = firstSlot(probe, 0);
+        probe.h2 = secondHash(probe.keyForHash, probe.keySize);
+        probe.haveH2 = true;
+        uint32_t second = first + probe.h2;
+        if (second >= tableSize) second = reduce(second, tableAux[0].slotMod, tableSize);
+        __builtin_prefetch(&table[second]);
+        if (probeTable(probe, 0, first, pos) == Found::Yes) hashNum = 0;
         hashPos = pos;
         return;
     }
@@ -425,6 +462,21 @@ void ExtendedHash::search(Probe &probe, HASH_NUM_T &hashNum, HASH_POS_T &hashPos
     }
 }
 
+VTX_STS_T ExtendedHash::keyCrcOf(const char *key, unsigned int *pCrc) const {
+    size_t len = std::strlen(key);
+    if (fCaseSensitive) {
+        *pCrc = crcTable->crc(key, len);
+        return VTX_STS_OK;
+    }
+    char stackBuf[FOLD_STACK_BYTES];
+    char *folded = nullptr;
+    VTX_STS_T sts = foldInto(key, len, stackBuf, sizeof stackBuf, &folded, &len);
+    if (sts != VTX_STS_OK) return sts;
+    *pCrc = crcTable->crc(folded ? folded : key, len);
+    releaseFold(folded, stackBuf);
+    return VTX_STS_OK;
+}
+
 VTX_STS_T ExtendedHash::getPos(const char *key, HASH_NUM_T &hashNum, HASH_POS_T &hashPos) const {
     return lookup(key, hashNum, hashPos, nullptr);
 }
@@ -442,16 +494,17 @@ VTX_STS_T ExtendedHash::prepareInsert(HASH_NUM_T hNum, HASH_POS_T hPos, unsigned
         if (!ok) return vtxehNoMemory(pNetCtx, "setItemInPos");
     }
     if (!tables[hNum]->materialize(hPos)) return vtxehNoMemory(pNetCtx, "setItemInPos");
-    // A new head also marks its key in the table's filter.
+    // A new head also marks its key in the table's filter (a lone table's
+    // filter is made when a second table comes).
     uint64_t bits;
-    if ((*tables[hNum])[hPos] >= NODE_INDEX_DEL &&
+    if (tables.size() > 1 && (*tables[hNum])[hPos] >= NODE_INDEX_DEL &&
         !tableAux[hNum].filter->materialize(filterWord(keyCrc, hNum, &bits)))
         return vtxehNoMemory(pNetCtx, "setItemInPos");
     return VTX_STS_OK;
 }
 
 void ExtendedHash::setItemInPos(VTX_ULONG_T hashItemIndex, const char *key, HASH_NUM_T hNum,
-                                HASH_POS_T hPos, unsigned int keyCrc) {
+                                HASH_POS_T hPos, unsigned int keyCrc, void *pOwner) {
     FastHugeArray<unsigned int> &table = *tables[hNum];
     const VTX_ULONG_T slotValue = table[hPos];
     const VTX_ULONG_T newIndex = lastIndexInContainer;
@@ -465,9 +518,14 @@ void ExtendedHash::setItemInPos(VTX_ULONG_T hashItemIndex, const char *key, HASH
         keyCrc = head.ulKeyCrc;
     } else {
         table[hPos] = newIndex;
-        uint64_t bits;
-        uint64_t &word = (*tableAux[hNum].filter)[filterWord(keyCrc, hNum, &bits)];
-        word &= ~bits;
+        // Only a search over several tables asks the filters, and a lone
+        // table's filter is made from the nodes when a second one comes: an
+        // insert into it saves the filter's cache miss.
+        if (tables.size() > 1) {
+            uint64_t bits;
+            uint64_t &word = (*tableAux[hNum].filter)[filterWord(keyCrc, hNum, &bits)];
+            word &= ~bits;
+        }
     }
     VTX_OTL_HASH_NODE_T *hashNode = getHashNodeFromHashNodesContainer(newIndex);
     VTX_EH_ASSERT(hashNode != nullptr);
@@ -476,12 +534,13 @@ void ExtendedHash::setItemInPos(VTX_ULONG_T hashItemIndex, const char *key, HASH
     hashNode->nextIndexNode = NODE_INDEX_NA;
     hashNode->hashItemIndex = hashItemIndex;
     hashNode->ulKeyCrc = keyCrc;
+    hashNode->pOwner = pOwner;
     ++elemntsInLastHash;
     ++numOfElements;
 }
 
 VTX_STS_T ExtendedHash::insert(VTX_ULONG_T hashItemIndex, const char *key, HASH_NUM_T &hNum,
-                               HASH_POS_T &hPos) {
+                               HASH_POS_T &hPos, void *pOwner) {
     unsigned int keyCrc = 0;
     bool haveCrc = false;
     if (hNum == NODE_INDEX_DEL) {
@@ -494,23 +553,19 @@ VTX_STS_T ExtendedHash::insert(VTX_ULONG_T hashItemIndex, const char *key, HASH_
         // takes the key as a new head, which needs its CRC).
         VTX_EH_ASSERT(hNum < tables.size() && hPos < tables[hNum]->getSize());
         if (!haveCrc && (*tables[hNum])[hPos] >= NODE_INDEX_DEL) {
-            HASH_NUM_T n;
-            HASH_POS_T p;
-            VTX_STS_T sts = lookup(key, n, p, &keyCrc);
+            VTX_STS_T sts = keyCrcOf(key, &keyCrc);
             if (sts != VTX_STS_OK) return sts;
         }
         VTX_STS_T sts = prepareInsert(hNum, hPos, keyCrc);
         if (sts != VTX_STS_OK) return sts;
-        setItemInPos(hashItemIndex, key, hNum, hPos, keyCrc);
+        setItemInPos(hashItemIndex, key, hNum, hPos, keyCrc, pOwner);
         return VTX_STS_OK;
     }
 
     if (!haveCrc) {
         // The caller looked the key up itself; its CRC is needed again for
-        // the new head node.
-        HASH_NUM_T n;
-        HASH_POS_T p;
-        VTX_STS_T sts = lookup(key, n, p, &keyCrc);
+        // the new head node, but not the probe.
+        VTX_STS_T sts = keyCrcOf(key, &keyCrc);
         if (sts != VTX_STS_OK) return sts;
     }
     const size_t n = tables.size();
@@ -522,7 +577,7 @@ VTX_STS_T ExtendedHash::insert(VTX_ULONG_T hashItemIndex, const char *key, HASH_
             static_cast<VTX_ULONG_T>(tables[hNum]->getSize())) {
             VTX_STS_T sts = prepareInsert(hNum, hPos, keyCrc);
             if (sts != VTX_STS_OK) return sts;
-            setItemInPos(hashItemIndex, key, hNum, hPos, keyCrc);
+            setItemInPos(hashItemIndex, key, hNum, hPos, keyCrc, pOwner);
             return VTX_STS_OK;
         }
         // The newest table is over half full.  The key still goes where the
@@ -543,7 +598,7 @@ VTX_STS_T ExtendedHash::insert(VTX_ULONG_T hashItemIndex, const char *key, HASH_
         sts = prepareInsert(hNum, hPos, keyCrc);
         if (sts != VTX_STS_OK) return sts;
     }
-    setItemInPos(hashItemIndex, key, hNum, hPos, keyCrc);
+    setItemInPos(hashItemIndex, key, hNum, hPos, keyCrc, pOwner);
     return VTX_STS_OK;
 }
 
@@ -694,6 +749,7 @@ bool ExtendedHashIterator::setDeleted() {
     otlHashNode->hashItemIndex = NODE_INDEX_NA;
     otlHashNode->nextIndexNode = NODE_INDEX_NA;
     otlHashNode->str = nullptr;
+    otlHashNode->pOwner = nullptr;
     otlHashNode = extendedHash->getHashNodeFromHashNodesContainer(next);
     if (firstOtlHashNode->lastIndexNode == deletedIndex)
         firstOtlHashNode->lastIndexNode = prevOtlHashNodeIndex;

@@ -27,14 +27,15 @@
 #include "otlmem.h"
 
 // One node per inserted item.  32 bytes, as a block array needs a power of
-// two.  The spare bytes carry the key's CRC, so that a probe rejects almost
-// every other key without touching its text.
+// two.  The node carries the key's CRC, so that a probe rejects almost every
+// other key without touching its text, and the address of the object that
+// owns the entry, so that a caller reaches it without a further lookup.
 typedef struct _vtx_hashNode_t {
     VTX_ULONG_T hashItemIndex;  // the caller's item; NODE_INDEX_NA once deleted
     VTX_ULONG_T nextIndexNode;  // next node of the chain, NODE_INDEX_NA at its end
     VTX_ULONG_T lastIndexNode;  // on a head with followers: the chain's tail
     VTX_ULONG_T ulKeyCrc;       // CRC of the key as hashed (folded when case-insensitive)
-    VTX_UCHAR_T padding[8];
+    void *pOwner;               // the caller's object for the entry, or null; never read here
     VTX_STR_T str;              // the key as given, not folded; null once deleted
 } VTX_OTL_HASH_NODE_T, *VTX_POTL_HASH_NODE_T;
 static_assert(sizeof(VTX_OTL_HASH_NODE_T) == 32, "a hash node is 32 bytes");
@@ -57,6 +58,7 @@ public:
     VTX_ULONG_T getHashItemIndex() const {
         return otlHashNode ? otlHashNode->hashItemIndex : NODE_INDEX_NA;
     }
+    void *getOwner() const { return otlHashNode ? otlHashNode->pOwner : nullptr; }
     // Unlinks the current node and moves to the next; false when there is
     // nothing this iterator may delete.
     bool setDeleted();
@@ -109,10 +111,16 @@ public:
     ExtendedHash(const ExtendedHash &) = delete;
     ExtendedHash &operator=(const ExtendedHash &) = delete;
 
+    // pOwner is kept in the node for the caller; a lookup that meets the
+    // key asks the processor for the owner's first line while it confirms
+    // the text, since a caller that finds a key nearly always reads it.
     [[nodiscard]] VTX_STS_T insert(VTX_ULONG_T hashItemIndex, const char *key, HASH_NUM_T &hNum,
-                                   HASH_POS_T &hPos);
+                                   HASH_POS_T &hPos, void *pOwner = nullptr);
     [[nodiscard]] VTX_STS_T getPos(const char *key, HASH_NUM_T &hashNum, HASH_POS_T &hashPos) const;
     VTX_ULONG_T size() const { return numOfElements; }
+    // How many bytes of an owner a lookup that meets its key prefetches
+    // (64 until set): as far as the caller's first reads of the owner go.
+    void setOwnerSpan(uint32_t bytes) { ownerSpan = bytes ? bytes : 1; }
     vTX_PNETCTX_T context() const { return pNetCtx; }
     // The embedded walk, restarted; *pSts tells whether it could start.
     ExtendedHashAllMembersIterator *getAllMembersIterator(VTX_STS_T *pSts);
@@ -156,6 +164,11 @@ private:
     }
 
     VTX_EH_LOCAL bool addTable(VTX_ULONG_T prime);
+    // Makes the first table's filter from the nodes; false when its blocks
+    // are refused (the filter is still unused then).
+    VTX_EH_LOCAL bool fillFirstFilter();
+    // The CRC of a key as the probe computes it, without probing.
+    [[nodiscard]] VTX_EH_LOCAL VTX_STS_T keyCrcOf(const char *key, unsigned int *pCrc) const;
     [[nodiscard]] VTX_EH_LOCAL VTX_STS_T createNewHash(VTX_ULONG_T prime);
     // The probe of one table from its second slot on; pos and value are the
     // first slot and what it holds.
@@ -175,7 +188,7 @@ private:
     [[nodiscard]] VTX_EH_LOCAL VTX_STS_T prepareInsert(HASH_NUM_T hNum, HASH_POS_T hPos,
                                                        unsigned int keyCrc);
     VTX_EH_LOCAL void setItemInPos(VTX_ULONG_T hashItemIndex, const char *key, HASH_NUM_T hNum,
-                                   HASH_POS_T hPos, unsigned int keyCrc);
+                                   HASH_POS_T hPos, unsigned int keyCrc, void *pOwner);
     [[nodiscard]] VTX_EH_LOCAL VTX_STS_T lookup(const char *key, HASH_NUM_T &hashNum,
                                                 HASH_POS_T &hashPos, unsigned int *pCrc) const;
     // The upper-case form of a text, or *ppOut null when the locale cannot
@@ -217,6 +230,7 @@ private:
     VTX_BOOL_T fCaseSensitive;
     OTL_PSTRCMPFUNC_T pfnCompareFunc;
     const CRC::CRC32 *crcTable;  // the process-wide table, looked up once
+    uint32_t ownerSpan = 64;      // bytes of an owner prefetched on a likely hit
 };
 
 #endif

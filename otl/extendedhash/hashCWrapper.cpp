@@ -49,13 +49,23 @@ VTX_API VTX_STS_T extendedHashFree(VTX_PEXTENDED_HASH_T pHash) {
 
 VTX_API VTX_STS_T extendedHashInsert(VTX_PEXTENDED_HASH_T pHash, VTX_ULONG_T hashItemIndex,
                                      const char *key, HASH_NUM_T *hNum, HASH_POS_T *hPos) {
+    return extendedHashInsertOwned(pHash, hashItemIndex, key, nullptr, hNum, hPos);
+}
+
+VTX_API VTX_STS_T extendedHashInsertOwned(VTX_PEXTENDED_HASH_T pHash, VTX_ULONG_T hashItemIndex,
+                                          const char *key, void *pOwner, HASH_NUM_T *hNum,
+                                          HASH_POS_T *hPos) {
     if (!pHash || !key || !hNum || !hPos) return VTX_STS_NULL_ARG;
     try {
-        return H(pHash)->insert(hashItemIndex, key, *hNum, *hPos);
+        return H(pHash)->insert(hashItemIndex, key, *hNum, *hPos, pOwner);
     } catch (...) {
         // Only growth can raise, and only for want of memory.
         return vtxehNoMemory(H(pHash)->context(), "extendedHashInsert");
     }
+}
+
+VTX_API void extendedHashSetOwnerSpan(VTX_PEXTENDED_HASH_T pHash, VTX_ULONG_T bytes) {
+    if (pHash) H(pHash)->setOwnerSpan(bytes);
 }
 
 VTX_API VTX_STS_T extendedHashGetPos(VTX_PEXTENDED_HASH_T pHash, const char *key,
@@ -118,6 +128,10 @@ VTX_API VTX_STR_T extendedHashItGetStr(VTX_PEXTENDED_HASH_IT_T it) {
 
 VTX_API VTX_ULONG_T extendedHashItGetHashItemIndex(VTX_PEXTENDED_HASH_IT_T it) {
     return it ? It(it)->getHashItemIndex() : NODE_INDEX_NA;
+}
+
+VTX_API void *extendedHashItGetOwner(VTX_PEXTENDED_HASH_IT_T it) {
+    return it ? It(it)->getOwner() : nullptr;
 }
 
 VTX_API VTX_STS_T extendedHashGetAllMembersIterator(VTX_PEXTENDED_HASH_T pHash,

@@ -69,12 +69,22 @@ VTX_API VTX_STS_T extendedHashFree(VTX_PEXTENDED_HASH_T pHash);
 VTX_NODISCARD VTX_API VTX_STS_T extendedHashInsert(VTX_PEXTENDED_HASH_T pHash,
                                                      VTX_ULONG_T hashItemIndex, const char *key,
                                                      HASH_NUM_T *hNum, HASH_POS_T *hPos);
+/* The same, keeping pOwner in the entry for extendedHashItGetOwner; a
+ * lookup that meets the key prefetches *pOwner.  The hash never reads it. */
+VTX_NODISCARD VTX_API VTX_STS_T extendedHashInsertOwned(VTX_PEXTENDED_HASH_T pHash,
+                                                          VTX_ULONG_T hashItemIndex, const char *key,
+                                                          void *pOwner, HASH_NUM_T *hNum,
+                                                          HASH_POS_T *hPos);
+/* How many bytes of an owner that prefetch covers (64 by default). */
+VTX_API void extendedHashSetOwnerSpan(VTX_PEXTENDED_HASH_T pHash, VTX_ULONG_T bytes);
 /* *hashNum: the table holding key, or NODE_INDEX_NA when absent; *hashPos
  * its slot, or where an insert will put it.  A null hash answers 0 and
  * leaves both alone. */
 VTX_NODISCARD VTX_API VTX_STS_T extendedHashGetPos(VTX_PEXTENDED_HASH_T pHash, const char *key,
                                                      HASH_NUM_T *hashNum, HASH_POS_T *hashPos);
-/* Makes pDest an independent duplicate of pSource, texts included. */
+/* Makes pDest an independent duplicate of pSource, texts included; owners
+ * are copied as they stand, so a caller whose owners belong to the source
+ * sets them again. */
 VTX_NODISCARD VTX_API VTX_STS_T extendedHashCopy(VTX_PEXTENDED_HASH_T pSource,
                                                    VTX_PEXTENDED_HASH_T pDest);
 /* Items inserted since creation; deleting does not lower it. */
@@ -98,6 +108,9 @@ VTX_API VTX_STS_T extendedHashItIncrement(VTX_PEXTENDED_HASH_IT_T it);
 VTX_API VTX_STS_T extendedHashItSetDeleted(VTX_PEXTENDED_HASH_IT_T it);
 VTX_API VTX_STR_T extendedHashItGetStr(VTX_PEXTENDED_HASH_IT_T it);
 VTX_API VTX_ULONG_T extendedHashItGetHashItemIndex(VTX_PEXTENDED_HASH_IT_T it);
+/* The owner given to extendedHashInsertOwned; null for a plain insert or at
+ * the end of the chain. */
+VTX_API void *extendedHashItGetOwner(VTX_PEXTENDED_HASH_IT_T it);
 
 /* ---- all-members iterator: every live entry once, chains together ---- */
 /* The hash's own iterator, restarted.  A hash has one such walk at a time.

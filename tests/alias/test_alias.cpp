@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "otl.h"
+#include "membersupport.h"
 #include "testctx.h"
 
 using vtxtest::TestCtx;
@@ -38,18 +39,7 @@ protected:
         adShrOtlCloseOutline(h);
         EXPECT_EQ(t.stats().live, 0);
     }
-    VTX_POTLMBR_T add(VTX_POTLMBR_T parent, const char *name) {
-        vtx_mbrinfo_t i{};
-        std::strcpy(i.szMember, name);
-        VTX_HMEMBER_T m = nullptr;
-        if (!parent) {
-            EXPECT_EQ(adShrOtlAddDimension(h, &i, nullptr, nullptr, &m, nullptr), 0) << name;
-        } else {
-            VTX_HMEMBER_T prev = parent->MbrInfo.pLastSibling;
-            EXPECT_EQ(adShrOtlAddMember(h, &i, prev ? nullptr : parent, prev, &m, 0, nullptr), 0) << name;
-        }
-        return static_cast<VTX_POTLMBR_T>(m);
-    }
+    VTX_POTLMBR_T add(VTX_POTLMBR_T parent, const std::string &name) { return vtxtest::addMember(h, parent, name); }
     std::string alias(VTX_POTLMBR_T m, const char *table) {
         VTX_STR_T a = nullptr;
         EXPECT_EQ(adShrOtlGetMemberAlias(h, m, table, &a), 0);
@@ -287,4 +277,28 @@ TEST_F(AliasTest, UniqueNameTableAnswersWorkedOutNamesAfterAChange) {
     t.ctx()->bUseNonUniqueMbrIdKey = 1;
     EXPECT_NE(alias(jan1, "Unique Name").find("[Year]"), std::string::npos) << "the member-id form names the dimension";
     t.ctx()->bUseNonUniqueMbrIdKey = 0;
+}
+
+// The table of alternate member identifiers exists, follows its table's
+// renames and goes with its table.
+TEST_F(AliasTest, AlternateIdentifierTableFollowsItsTable) {
+    VTX_ALIASNAME_T name;
+    ASSERT_EQ(adShrOtlGetAltMemberIdAliasTable(h, name), 0);
+    EXPECT_STREQ(name, "");
+    EXPECT_EQ(adShrOtlSetAltMemberIdAliasTable(h, "Codes"), VTX_STS_ALIAS_TABLE_NOT_FOUND);
+    ASSERT_EQ(adShrOtlCreateAliasTable(h, "Codes", 0), 0);
+    ASSERT_EQ(adShrOtlCreateAliasTable(h, "Other", 0), 0);
+    ASSERT_EQ(adShrOtlSetAltMemberIdAliasTable(h, "codes"), 0);
+    ASSERT_EQ(adShrOtlGetAltMemberIdAliasTable(h, name), 0);
+    EXPECT_STREQ(name, "Codes");  // the table's own spelling
+    ASSERT_EQ(adShrOtlRenameAliasTable(h, "Codes", "Member codes", 0), 0);
+    ASSERT_EQ(adShrOtlGetAltMemberIdAliasTable(h, name), 0);
+    EXPECT_STREQ(name, "Member codes");
+    ASSERT_EQ(adShrOtlDeleteAliasTable(h, "Other"), 0);
+    ASSERT_EQ(adShrOtlGetAltMemberIdAliasTable(h, name), 0);
+    EXPECT_STREQ(name, "Member codes");
+    ASSERT_EQ(adShrOtlDeleteAliasTable(h, "Member codes"), 0);
+    ASSERT_EQ(adShrOtlGetAltMemberIdAliasTable(h, name), 0);
+    EXPECT_STREQ(name, "");
+    EXPECT_EQ(p->altMbrIdAliasExist, 0);
 }

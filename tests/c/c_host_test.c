@@ -21,6 +21,8 @@ int main(void) {
     vtx_outlineinfo_t *pInfo = NULL;
     VTX_HOUTLINE_T hOutline = NULL;
     char lastError[VTX_ERRBUF_LEN];
+    VTX_HMEMBER_T hFound = NULL;
+    VTX_USHORT_T usHints = 1;
 
     memset(&ctx, 0, sizeof ctx);
     CHECK(vtxHostInitContext(&ctx) == 0);
@@ -50,6 +52,9 @@ int main(void) {
         CHECK(adShrOtlFree(&ctx, pInfo) == 0);
     }
     CHECK(adShrOtlSetOutlineNameType(hOutline, 7) == VTX_STS_BAD_NAME_TYPE);
+    CHECK(adShrOtlGetMemberFromDimIdMbrId(hOutline, 0, 1, &hFound) == VTX_STS_ZERO_ID);
+    CHECK(hFound == NULL);
+    CHECK(adShrOtlGetNumQueryHints(hOutline, &usHints) == 0 && usHints == 0);
     CHECK(adShrOtlCloseOutline(hOutline) == 0);
     CHECK(adShrOtlGetLibraryVersion() != 0);
 

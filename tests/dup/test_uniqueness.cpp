@@ -202,6 +202,56 @@ TEST_F(DupTest, VerificationState) {
     otlFreeMem(t.ctx(), errs);
 }
 
+// What the exported name tests answer, before and after a verification's
+// state exists, and the dimension's own rule.
+TEST_F(DupTest, NameTestsAndDimensionUniqueness) {
+    add(east, "Boston");
+    VTX_POTLMBR_T mb = add(west, "Boston");
+    add(mb, "Salem");
+    add(east, "Salem");
+    VTX_POTLMBR_T lone = add(product, "Lone");
+    VTX_BOOL_T b = 0;
+    EXPECT_EQ(adShrOtlIsMemberNameDuplicate(h, "boston", &b), 0);
+    EXPECT_EQ(b, 1);
+    EXPECT_EQ(adShrOtlIsMemberNameDuplicate(h, "Lone", &b), 0);
+    EXPECT_EQ(b, 0);
+    // Before a verification everything reads unique.
+    EXPECT_EQ(adShrOtlIsMemberNameUniqueWithinDim(h, market, &b), 0);
+    EXPECT_EQ(b, 1);
+    EXPECT_REFUSED(VTX_STS_NOT_A_DIMENSION, adShrOtlIsMemberNameUniqueWithinDim(h, east, &b));
+    ASSERT_EQ(otlVerifySetDupMbrArry(o), 0);
+    EXPECT_EQ(adShrOtlIsMemberNameUniqueWithinDim(h, market, &b), 0);
+    EXPECT_EQ(b, 0);
+    EXPECT_EQ(adShrOtlIsMemberNameUniqueWithinDim(h, product, &b), 0);
+    EXPECT_EQ(b, 1);
+    EXPECT_EQ(adShrOtlIsMemberNameUniqueWithinDimAtGenLevel(h, market, 1, 3, &b), 0);
+    EXPECT_EQ(b, 0);  // the Bostons
+    EXPECT_EQ(adShrOtlIsMemberNameUniqueWithinDimAtGenLevel(h, market, 0, 0, &b), 0);
+    EXPECT_EQ(b, 0);  // the Salems
+    EXPECT_EQ(adShrOtlIsMemberNameUniqueWithinDimAtGenLevel(h, market, 1, 4, &b), 0);
+    EXPECT_EQ(b, 1);
+    EXPECT_EQ(adShrOtlIsMemberNameUniqueWithinDimAtGenLevel(h, market, 1, 200, &b), 0);
+    EXPECT_EQ(b, 1);
+    VTX_ULONG_T count = 0;
+    EXPECT_EQ(adShrOtlGetCountOfDupMemberNameInDim(h, market, &count), 0);
+    EXPECT_EQ(count, 4u);
+
+    // Market cannot demand unique names while Boston repeats in it.
+    EXPECT_EQ(adShrOtlGetDimensionNameUniqueness(h, market, &b), 0);
+    EXPECT_EQ(b, 0);
+    EXPECT_REFUSED(VTX_STS_UNIQUE_IN_DIM, adShrOtlSetDimensionNameUniqueness(h, market, 1));
+    EXPECT_EQ(adShrOtlGetDimensionNameUniqueness(h, market, &b), 0);
+    EXPECT_EQ(b, 0);
+    // Product can, and may allow repeats again.
+    EXPECT_EQ(adShrOtlSetDimensionNameUniqueness(h, product, 1), 0);
+    EXPECT_EQ(adShrOtlGetDimensionNameUniqueness(h, product, &b), 0);
+    EXPECT_EQ(b, 1);
+    EXPECT_REFUSED(VTX_STS_UNIQUE_IN_DIM, tryAdd(lone, "Lone"));
+    EXPECT_EQ(adShrOtlSetDimensionNameUniqueness(h, product, 0), 0);
+    EXPECT_EQ(adShrOtlGetDimensionNameUniqueness(h, product, &b), 0);
+    EXPECT_EQ(b, 0);
+}
+
 TEST_F(DupTest, VerificationStateWithoutMemory) {
     add(east, "Boston");
     add(west, "Boston");

@@ -69,6 +69,34 @@ TEST_F(NavTest, WalkShowsNoSpareChildren) {
     EXPECT_EQ(adShrOtlGetParent(h, nullptr, &m), VTX_STS_NULL_ARG);
 }
 
+// Children of later build passes come after those of earlier ones; the
+// last child of a pass is found from either end.
+TEST_F(NavTest, LastChildOfABuildPass) {
+    VTX_POTLMBR_T year = dim("Year");
+    VTX_POTLMBR_T q1 = add(year, "Q1");
+    VTX_POTLMBR_T q2 = add(year, "Q2");
+    VTX_POTLMBR_T q3 = add(year, "Q3");
+    q1->ucBuildId = 1;
+    q2->ucBuildId = 1;
+    q3->ucBuildId = 3;
+    VTX_HMEMBER_T m = nullptr;
+    ASSERT_EQ(adShrOtlGetLastChildByBuildId(h, year, 3, &m), 0);
+    EXPECT_EQ(m, q3);
+    ASSERT_EQ(adShrOtlGetLastChildByBuildId(h, year, 2, &m), 0);
+    EXPECT_EQ(m, q2);
+    q1->ucBuildId = 2;
+    ASSERT_EQ(adShrOtlGetLastChildByBuildId(h, year, 1, &m), 0);
+    EXPECT_EQ(m, nullptr);
+    ASSERT_EQ(adShrOtlGetLastChildByBuildId(h, nullptr, 0, &m), 0);
+    EXPECT_EQ(m, year);  // the root's children
+    VTX_USHORT_T type = 9;
+    q2->ucFlags2 |= 2;
+    ASSERT_EQ(adShrOtlGetMemberType(h, q2, &type), 0);
+    EXPECT_EQ(type, 2);
+    ASSERT_EQ(adShrOtlGetMemberType(h, q1, &type), 0);
+    EXPECT_EQ(type, 0);
+}
+
 TEST_F(NavTest, MemberInfoReadsTheRecord) {
     Spec acct, time;
     acct.category = VTX_CAT_ACCOUNTS;
@@ -104,11 +132,7 @@ TEST_F(NavTest, MemberInfoReadsTheRecord) {
     EXPECT_EQ(i->usStorage, 3);
     EXPECT_EQ(adShrOtlFreeMbrInfo(t.ctx(), 1, i), 0);
     o->usOutlineType = VTX_OTL_REGULAR;
-    // Old clients are not served; a query-form record says what it holds.
-    t.ctx()->lClientVersion = 0x40000;
-    EXPECT_EQ(adShrOtlGetMemberInfo(h, inv, &i), VTX_STS_OLD_CLIENT);
-    EXPECT_EQ(i, nullptr);
-    t.ctx()->lClientVersion = 0x00B20000;
+    // A query-form record says what it holds.
     inv->ucFlags |= OTL_FLAG_QUERYMASK;
     EXPECT_EQ(adShrOtlGetMemberInfo(h, inv, &i), VTX_STS_INFO_NOT_FETCHED);
     OTL_LARGE(inv)->ulBitmask[0] = 0xffff;

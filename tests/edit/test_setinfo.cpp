@@ -94,9 +94,6 @@ TEST_F(SetInfoTest, Refusals) {
     o->bEditingProhibited = 1;
     EXPECT_REFUSED(VTX_STS_EDIT_PROHIBITED, adShrOtlSetMemberInfo(h, x, i, 0, nullptr));
     o->bEditingProhibited = 0;
-    t.ctx()->lClientVersion = 0x40000;
-    EXPECT_REFUSED(VTX_STS_OLD_CLIENT, adShrOtlSetMemberInfo(h, x, i, 0, nullptr));
-    t.ctx()->lClientVersion = 0x00B20000;
     release(i);
 }
 

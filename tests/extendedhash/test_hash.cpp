@@ -191,6 +191,57 @@ TEST(ExtendedHash, InsertWithThePositionOfAnEarlierLookup) {
     EXPECT_EQ(f.chain("Budget"), std::vector<VTX_ULONG_T>{8});
 }
 
+// Each entry answers the owner it was entered with, wherever growth put it;
+// a node reused after a delete does not keep the old owner.
+TEST(ExtendedHash, OwnersTravelWithTheirEntries) {
+    HashFixture f(10);
+    extendedHashSetOwnerSpan(f.h, 256);
+    std::vector<int> owners(2000);
+    for (int i = 0; i < 2000; ++i) {
+        f.keys.push_back(std::make_unique<std::string>(nameOf(i % 1500)));
+        HASH_NUM_T num = NODE_INDEX_DEL;
+        HASH_POS_T pos = NODE_INDEX_DEL;
+        // Every tenth entry is made without an owner.
+        if (i % 10 == 9)
+            ASSERT_EQ(extendedHashInsert(f.h, VTX_ULONG_T(i), f.keys.back()->c_str(), &num, &pos), 0);
+        else
+            ASSERT_EQ(extendedHashInsertOwned(f.h, VTX_ULONG_T(i), f.keys.back()->c_str(), &owners[size_t(i)],
+                                              &num, &pos),
+                      0);
+    }
+    ASSERT_GT(f.eh()->tableCount(), 3u);
+    auto ownersOf = [&](const std::string &key) {
+        std::vector<std::pair<VTX_ULONG_T, void *>> out;
+        HASH_NUM_T num;
+        HASH_POS_T pos;
+        if (!f.find(key, &num, &pos)) return out;
+        VTX_EXTENDED_HASH_IT_BUF_T buf;
+        auto it = reinterpret_cast<VTX_PEXTENDED_HASH_IT_T>(&buf);
+        EXPECT_EQ(extendedHashInitIterator(f.h, it, num, pos), 0);
+        for (; !extendedHashItEnd(it); extendedHashItIncrement(it))
+            out.emplace_back(extendedHashItGetHashItemIndex(it), extendedHashItGetOwner(it));
+        return out;
+    };
+    for (int k = 0; k < 1500; ++k) {
+        auto got = ownersOf(nameOf(k));
+        ASSERT_EQ(got.size(), k < 500 ? 2u : 1u) << k;
+        for (auto [item, owner] : got)
+            EXPECT_EQ(owner, item % 10 == 9 ? nullptr : static_cast<void *>(&owners[item])) << item;
+    }
+    // Delete one owner of a repeated key; the other keeps its own.
+    EXPECT_EQ(f.erase(nameOf(7), {7}), 1);
+    auto left = ownersOf(nameOf(7));
+    ASSERT_EQ(left.size(), 1u);
+    EXPECT_EQ(left[0].second, static_cast<void *>(&owners[1507]));
+    // Emptied, then entered again without an owner.
+    EXPECT_EQ(f.erase(nameOf(600), {600}), 1);
+    ASSERT_EQ(f.add(nameOf(600), 4242), 0);
+    auto again = ownersOf(nameOf(600));
+    ASSERT_EQ(again.size(), 1u);
+    EXPECT_EQ(again[0].second, nullptr);
+    EXPECT_EQ(extendedHashItGetOwner(nullptr), nullptr);
+}
+
 TEST(ExtendedHash, NullArgumentsAndUnlookedPositions) {
     HashFixture f(10);
     HASH_NUM_T num = 123;

@@ -190,7 +190,7 @@ TEST(HostCatalogue, FixedTextsAreVerbatim) {
                   "already exists"},
         {1060347, "Only unique members at named generation [%hu] are allowed in dimension [%s].  "
                   "The member name already exists."},
-        {1060600, "The client version is too old for this record"},
+        {1060600, "A member name does not fit the member record of a client older than 5.0"},
         {1060358, "Out of memory in %s"},
     };
     for (const auto &[num, text] : fixed) {

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "otl.h"
+#include "membersupport.h"
 #include "testctx.h"
 
 using vtxtest::TestCtx;
@@ -43,17 +44,7 @@ protected:
         EXPECT_EQ(t.stats().live, 0);
     }
     VTX_POTLMBR_T add(VTX_POTLMBR_T parent, const char *name, VTX_USHORT_T share = 0) {
-        vtx_mbrinfo_t i{};
-        std::strcpy(i.szMember, name);
-        i.usShare = share;
-        VTX_HMEMBER_T m = nullptr;
-        if (!parent) {
-            EXPECT_EQ(adShrOtlAddDimension(h, &i, nullptr, nullptr, &m, nullptr), 0) << name;
-        } else {
-            VTX_HMEMBER_T prev = parent->MbrInfo.pLastSibling;
-            EXPECT_EQ(adShrOtlAddMember(h, &i, prev ? nullptr : parent, prev, &m, 0, nullptr), 0) << name;
-        }
-        return static_cast<VTX_POTLMBR_T>(m);
+        return vtxtest::addMember(h, parent, name, share);
     }
     std::vector<std::string> children(VTX_POTLMBR_T m) {
         std::vector<std::string> v;

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "otl.h"
+#include "membersupport.h"
 #include "testctx.h"
 #include "vtxotlquery.h"
 
@@ -30,18 +31,7 @@ protected:
         adShrOtlCloseOutline(h);
         EXPECT_EQ(t.stats().live, 0);
     }
-    VTX_POTLMBR_T add(VTX_POTLMBR_T parent, const std::string &name) {
-        vtx_mbrinfo_t i{};
-        std::strcpy(i.szMember, name.c_str());
-        VTX_HMEMBER_T m = nullptr;
-        if (!parent) {
-            EXPECT_EQ(adShrOtlAddDimension(h, &i, nullptr, nullptr, &m, nullptr), 0) << name;
-        } else {
-            VTX_HMEMBER_T prev = parent->MbrInfo.pLastSibling;
-            EXPECT_EQ(adShrOtlAddMember(h, &i, prev ? nullptr : parent, prev, &m, 0, nullptr), 0) << name;
-        }
-        return static_cast<VTX_POTLMBR_T>(m);
-    }
+    VTX_POTLMBR_T add(VTX_POTLMBR_T parent, const std::string &name) { return vtxtest::addMember(h, parent, name); }
     std::string uniqueName(VTX_POTLMBR_T m, bool stored = false, VTX_STS_T want = 0) {
         VTX_STR_T s = nullptr;
         VTX_STS_T sts = stored ? adShrOtlGetMemberUniqueName(h, m, &s) : adShrOtlConstructMemberUniqueName(h, m, &s);

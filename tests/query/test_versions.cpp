@@ -1,8 +1,11 @@
 // The client-version gates of the member record read by
-// adShrOtlGetMemberInfo: a field newer than the client is never written.
+// adShrOtlGetMemberInfo: a field newer than the client is never written, and
+// a client before 5.0 reads and writes the 186-byte short record.
 #include <gtest/gtest.h>
 
+#include <cstdlib>
 #include <cstring>
+#include <memory>
 
 #include "otl.h"
 #include "testctx.h"
@@ -49,7 +52,6 @@ TEST(ClientVersions, QueryRecordFieldsAppearAtTheirVersions) {
     VTX_HMEMBER_T m = nullptr;
     ASSERT_EQ(adShrOtlAddQueryMember(h, &q, &m), 0);
 
-    EXPECT_EQ(readAt(t, h, m, 0x4ffff).sts, VTX_STS_OLD_CLIENT);
     Read r5 = readAt(t, h, m, 0x50000);
     ASSERT_EQ(r5.sts, 0);
     EXPECT_STREQ(r5.info.szMember, "Jan");
@@ -94,6 +96,139 @@ TEST(ClientVersions, EditRecordFlagsAppearAtTheirVersions) {
     EXPECT_EQ(readAt(t, h, m, 0x93000).info.fFlow, 1);
     adShrOtlCloseOutline(h);
     EXPECT_EQ(t.stats().live, 0);
+}
+
+// A short record the way an old client hands it in: a block of exactly its
+// size, so that any read past its end is caught by the address checker.
+struct OldRecord {
+    std::unique_ptr<vtx_mbrinfo_old_t, decltype(&std::free)> p{
+        static_cast<vtx_mbrinfo_old_t *>(std::calloc(1, sizeof(vtx_mbrinfo_old_t))), &std::free};
+    explicit OldRecord(const char *name) { std::strcpy(p->szMember, name); }
+    vtx_mbrinfo_t *asRecord() { return reinterpret_cast<vtx_mbrinfo_t *>(p.get()); }
+};
+
+class OldClient : public ::testing::Test {
+protected:
+    void SetUp() override {
+        vtx_outlineinfo_t oi{};
+        ASSERT_EQ(adShrOtlNewOutline(t.ctx(), &oi, &h, 0), 0);
+        t.ctx()->lClientVersion = 0x40000;
+    }
+    void TearDown() override {
+        adShrOtlCloseOutline(h);
+        EXPECT_EQ(t.stats().live, 0);
+    }
+    TestCtx t;
+    VTX_HOUTLINE_T h = nullptr;
+};
+
+TEST_F(OldClient, AddsAndReadsTheShortRecord) {
+    OldRecord dim("Measures"), mbr("Profit");
+    VTX_HMEMBER_T d = nullptr, m = nullptr;
+    ASSERT_EQ(adShrOtlAddDimension(h, dim.asRecord(), nullptr, nullptr, &d, nullptr), 0);
+    mbr.p->usConsolidation = VTX_CONS_SUB;
+    mbr.p->fTwoPass = 1;
+    mbr.p->usShare = VTX_SHARE_NEVER;
+    ASSERT_EQ(adShrOtlAddMember(h, mbr.asRecord(), d, nullptr, &m, 0, nullptr), 0);
+    // The caller's record is left as it was handed in.
+    EXPECT_STREQ(mbr.p->szMember, "Profit");
+    EXPECT_EQ(mbr.p->usConsolidation, VTX_CONS_SUB);
+
+    vtx_mbrinfo_t *out = nullptr;
+    ASSERT_EQ(adShrOtlGetMemberInfo(h, m, &out), 0);
+    ASSERT_NE(out, nullptr);
+    // Only the short record is handed out: copy exactly its size.
+    vtx_mbrinfo_old_t old;
+    std::memcpy(&old, out, sizeof old);
+    EXPECT_EQ(adShrOtlFreeMbrInfo(t.ctx(), 1, out), 0);
+    EXPECT_STREQ(old.szMember, "Profit");
+    EXPECT_EQ(old.usConsolidation, VTX_CONS_SUB);
+    EXPECT_EQ(old.usShare, VTX_SHARE_NEVER);
+    EXPECT_EQ(old.fTwoPass, 1);
+    EXPECT_EQ(old.usGen, 2);
+    EXPECT_EQ(static_cast<VTX_POTLMBR_T>(m)->pParent, static_cast<VTX_POTLMBR_T>(d));
+}
+
+TEST_F(OldClient, SettingTheShortRecordKeepsTheComment) {
+    t.ctx()->lClientVersion = 0x00B20000;
+    vtx_mbrinfo_t full{};
+    std::strcpy(full.szMember, "Year");
+    VTX_HMEMBER_T d = nullptr, m = nullptr;
+    ASSERT_EQ(adShrOtlAddDimension(h, &full, nullptr, nullptr, &d, nullptr), 0);
+    std::strcpy(full.szMember, "Jan");
+    std::strcpy(full.szComment, "first month");
+    ASSERT_EQ(adShrOtlAddMember(h, &full, d, nullptr, &m, 0, nullptr), 0);
+
+    t.ctx()->lClientVersion = 0x40000;
+    OldRecord set("January");
+    set.p->usConsolidation = VTX_CONS_IGNORE;
+    ASSERT_EQ(adShrOtlSetMemberInfo(h, m, set.asRecord(), 0, nullptr), 0);
+    auto *mm = static_cast<VTX_POTLMBR_T>(m);
+    EXPECT_STREQ(mm->MbrInfo.szMember, "January");
+    EXPECT_EQ(mm->MbrInfo.ucInfoFlags & OTL_INFO_CONSOL, VTX_CONS_IGNORE);
+    EXPECT_STREQ(OTL_LARGE(mm)->MbrInfo.szComment, "first month");
+    VTX_HMEMBER_T found = nullptr;
+    EXPECT_EQ(adShrOtlFindMember(h, "January", &found), 0);
+    EXPECT_EQ(found, m);
+}
+
+TEST_F(OldClient, NameTooLongForTheShortRecordIsRefused) {
+    t.ctx()->lClientVersion = 0x00B20000;
+    vtx_mbrinfo_t full{};
+    std::strcpy(full.szMember, "Markets");
+    VTX_HMEMBER_T d = nullptr, m = nullptr;
+    ASSERT_EQ(adShrOtlAddDimension(h, &full, nullptr, nullptr, &d, nullptr), 0);
+    // 60 characters, 120 bytes: legal for an old client, too long for its block.
+    std::string wide;
+    for (int i = 0; i < 60; ++i) wide += "\xc3\xa4";
+    std::strcpy(full.szMember, wide.c_str());
+    ASSERT_EQ(adShrOtlAddMember(h, &full, d, nullptr, &m, 0, nullptr), 0);
+
+    t.ctx()->lClientVersion = 0x40000;
+    vtx_mbrinfo_t *out = reinterpret_cast<vtx_mbrinfo_t *>(1);
+    EXPECT_EQ(adShrOtlGetMemberInfo(h, m, &out), VTX_STS_OLD_CLIENT);
+    EXPECT_EQ(out, nullptr);
+    // The dimension's name fits.
+    ASSERT_EQ(adShrOtlGetMemberInfo(h, d, &out), 0);
+    EXPECT_STREQ(reinterpret_cast<vtx_mbrinfo_old_t *>(out)->szMember, "Markets");
+    EXPECT_EQ(adShrOtlFreeMbrInfo(t.ctx(), 1, out), 0);
+}
+
+TEST_F(OldClient, RefusedAllocationsLeaveNothingBehind) {
+    OldRecord dim("Scenario"), mbr("Actual");
+    VTX_HMEMBER_T d = nullptr;
+    ASSERT_EQ(adShrOtlAddDimension(h, dim.asRecord(), nullptr, nullptr, &d, nullptr), 0);
+    const long base = t.stats().live;
+    bool added = false;
+    for (long n = 1; !added && n < 200; ++n) {
+        t.failAt(n);
+        VTX_HMEMBER_T m = nullptr;
+        VTX_STS_T sts = adShrOtlAddMember(h, mbr.asRecord(), d, nullptr, &m, 0, nullptr);
+        t.noFail();
+        if (sts) {
+            EXPECT_EQ(t.stats().live, base) << n;
+            VTX_HMEMBER_T found = nullptr;
+            EXPECT_EQ(adShrOtlFindMember(h, "Actual", &found), VTX_STS_NOT_FOUND) << n;
+            continue;
+        }
+        added = true;
+        for (long k = 1; k < 50; ++k) {
+            const long live = t.stats().live;
+            t.failAt(k);
+            vtx_mbrinfo_t *out = nullptr;
+            VTX_STS_T rs = adShrOtlGetMemberInfo(h, m, &out);
+            t.noFail();
+            if (rs) {
+                EXPECT_EQ(out, nullptr);
+                EXPECT_EQ(t.stats().live, live) << k;
+                continue;
+            }
+            EXPECT_STREQ(reinterpret_cast<vtx_mbrinfo_old_t *>(out)->szMember, "Actual");
+            EXPECT_EQ(adShrOtlFreeMbrInfo(t.ctx(), 1, out), 0);
+            break;
+        }
+    }
+    EXPECT_TRUE(added);
 }
 
 } // namespace
