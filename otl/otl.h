@@ -81,6 +81,12 @@ VTX_API void otlFreeInternalMbrInfoStrings(vTX_PNETCTX_T pNetCtx, VTX_PINTMBRINF
 /* Fills pMbrInfo (zeroed first) from a record, honouring the client version. */
 VTX_NODISCARD VTX_API VTX_STS_T otlCopyLargeToMbrInfo(VTX_POTL_T pOutline, VTX_POTLMBR_T pItem,
                                                       vtx_mbrinfo_t *pMbrInfo, VTX_ULONG_T ulVersion);
+/* The same for a small record, through a large view of it from the paged
+ * store; and either size of record. */
+VTX_NODISCARD VTX_API VTX_STS_T otlCopySmallToMbrInfo(VTX_POTL_T pOutline, VTX_POTLMBR_T pItem,
+                                                      vtx_mbrinfo_t *pMbrInfo, VTX_ULONG_T ulVersion);
+VTX_NODISCARD VTX_API VTX_STS_T otlCopyToMbrInfo(VTX_POTL_T pOutline, VTX_POTLMBR_T pItem, vtx_mbrinfo_t *pMbrInfo,
+                                                 VTX_ULONG_T ulVersion);
 /* Puts a snapshot taken by otlCopyLargeToMbrInfo back into a large record. */
 VTX_NODISCARD VTX_API VTX_STS_T otlCopyLargeFromMbrInfo(VTX_POTL_T pOutline, VTX_POTLMBRLARGE_T pItem,
                                                         const vtx_mbrinfo_t *pMbrInfo,

@@ -122,7 +122,7 @@ void dropCombos(VTX_POTL_T o, VTX_POTLMBR_T m, unsigned t) {
 }
 
 // Empties a table: every alias and every combination in it.
-void clearTable(VTX_POTL_T o, unsigned t) {
+void otlFreeAllItemAliases(VTX_POTL_T o, unsigned t) {
     forEachRecord(o, [&](VTX_POTLMBR_T m) {
         if (m->AliasArray) dropAlias(o, m, t);
         dropCombos(o, m, t);
@@ -133,7 +133,7 @@ void clearTable(VTX_POTL_T o, unsigned t) {
 // Grows every record's alias slots to n tables; the new slots are empty.
 // Records grown before a failure keep their larger block, which is
 // harmless: slots are read only up to usNumAliasTables.
-VTX_STS_T growAliasArrays(VTX_POTL_T o, unsigned n) {
+VTX_STS_T otlReallocAllMemberAliasArrays(VTX_POTL_T o, unsigned n) {
     VTX_STS_T sts = 0;
     auto grow = [&](VTX_POTLMBR_T m) {
         if (sts) return;
@@ -147,6 +147,23 @@ VTX_STS_T growAliasArrays(VTX_POTL_T o, unsigned n) {
     // Records that left the tree were freed and hold no slots.
     forEachRecord(o, grow);
     return sts;
+}
+
+// Closes the gap table t leaves in every record's alias slots and
+// combination lists; the table must be emptied first.
+void otlDeleteAliasTree(VTX_POTL_T o, unsigned t) {
+    const unsigned n = o->usNumAliasTables;
+    forEachRecord(o, [&](VTX_POTLMBR_T m) {
+        if (m->AliasArray) {
+            std::memmove(&m->AliasArray[t], &m->AliasArray[t + 1], sizeof(VTX_OTLALIASARRAYREC_T) * (n - 1 - t));
+            m->AliasArray[n - 1].pszDefName = nullptr;
+        }
+        if (!OTL_IS_SMALL(m) && OTL_LARGE(m)->pAliasRec) {
+            VTX_POTLALIASREC_T *r = OTL_LARGE(m)->pAliasRec;
+            std::memmove(&r[t], &r[t + 1], sizeof(VTX_POTLALIASREC_T) * (OTL_MAX_ALIAS_TABLES - 1 - t));
+            r[OTL_MAX_ALIAS_TABLES - 1] = nullptr;
+        }
+    });
 }
 
 } // namespace
@@ -187,7 +204,7 @@ VTX_STS_T adShrOtlCreateAliasTable(VTX_HOUTLINE_T hOutline, VTX_CSTR_T pszAliasT
         char *name = nullptr;
         if (VTX_STS_T sts = otlStrdup(f.ctx(), pszAliasTable, &name)) return f.fail(sts, "adShrOtlCreateAliasTable", VTX_MSGARG_STR);
         const unsigned n = o->usNumAliasTables + 1u;
-        if (VTX_STS_T sts = growAliasArrays(o, n)) {
+        if (VTX_STS_T sts = otlReallocAllMemberAliasArrays(o, n)) {
             (void)otlFreeMem(f.ctx(), name);  // the growth failure is the status
             return f.fail(sts, "adShrOtlCreateAliasTable", VTX_MSGARG_STR);
         }
@@ -228,24 +245,13 @@ VTX_STS_T adShrOtlDeleteAliasTable(VTX_HOUTLINE_T hOutline, VTX_CSTR_T pszAliasT
     if (VTX_STS_T sts = tableFor(f, pszAliasTable, &t)) return sts;
     if (reservedIndex(o, t)) return f.fail(VTX_STS_ALIAS_TABLE_RESERVED, pszAliasTable, VTX_MSGARG_STR);
     // Nothing below can fail: the column goes from every member and the index.
-    clearTable(o, t);
+    otlFreeAllItemAliases(o, t);
     // Entries of the tables behind move down one number in the index.
     if (o->pOtlHashItemsFactory)
         (void)otlHashReduceAliasTableNumber(static_cast<VTX_POTLHASHITEMS_FACTORY>(o->pOtlHashItemsFactory),
                                             o->otlHashItemsFactoryNextFreeIndex, (VTX_UCHAR_T)(t + 1));  // in-place renumbering
     const unsigned n = o->usNumAliasTables;
-    forEachRecord(o, [&](VTX_POTLMBR_T m) {
-        if (m->AliasArray) {
-            std::memmove(&m->AliasArray[t], &m->AliasArray[t + 1], sizeof(VTX_OTLALIASARRAYREC_T) * (n - 1 - t));
-            m->AliasArray[n - 1].pszDefName = nullptr;
-        }
-        if (!OTL_IS_SMALL(m) && OTL_LARGE(m)->pAliasRec) {
-            // The table's combinations went with clearTable above.
-            VTX_POTLALIASREC_T *r = OTL_LARGE(m)->pAliasRec;
-            std::memmove(&r[t], &r[t + 1], sizeof(VTX_POTLALIASREC_T) * (OTL_MAX_ALIAS_TABLES - 1 - t));
-            r[OTL_MAX_ALIAS_TABLES - 1] = nullptr;
-        }
-    });
+    otlDeleteAliasTree(o, t);
     for (VTX_PDTSMBRITEM_T d : o->aDTSMbrs) {
         if (!d) continue;
         std::memmove(&d->pAliasName[t], &d->pAliasName[t + 1], sizeof(VTX_ALIASNAME_T) * (OTL_MAX_ALIAS_TABLES - 1 - t));
@@ -280,7 +286,7 @@ VTX_STS_T adShrOtlClearAliasTable(VTX_HOUTLINE_T hOutline, VTX_CSTR_T pszAliasTa
     if (VTX_STS_T sts = f.enter()) return sts;
     VTX_USHORT_T t = 0;
     if (VTX_STS_T sts = tableFor(f, pszAliasTable, &t)) return sts;
-    clearTable(f.outline(), t);
+    otlFreeAllItemAliases(f.outline(), t);
     marked(f.outline());
     return 0;
 }
@@ -390,7 +396,7 @@ VTX_STS_T adShrOtlCopyAliasTable(VTX_HOUTLINE_T hOutline, VTX_CSTR_T pszSource, 
             if (created) (void)adShrOtlDeleteAliasTable(o, pszDest);
             return f.fail(sts, "adShrOtlCopyAliasTable", VTX_MSGARG_STR);
         }
-        if (!fMerge) clearTable(o, dst);
+        if (!fMerge) otlFreeAllItemAliases(o, dst);
         for (auto &c : copies) {
             dropAlias(o, c.m, dst);
             c.m->AliasArray[dst].pszDefName = c.text;
@@ -739,7 +745,7 @@ VTX_STS_T otlInsertReservedAliasTables(VTX_POTL_T o) {
     if (!sts) sts = otlStrdup(ctx, kMemberIdTable, &memberId);
     // Every record gets room for two more tables first; records grown
     // before a failure keep a larger block, which is harmless.
-    if (!sts) sts = growAliasArrays(o, n + 2);
+    if (!sts) sts = otlReallocAllMemberAliasArrays(o, n + 2);
     if (sts) {
         (void)otlFreeMem(ctx, unique);  // undoing the preparation
         (void)otlFreeMem(ctx, memberId);

@@ -177,17 +177,7 @@ VTX_STS_T adShrOtlGetMemberInfo(VTX_HOUTLINE_T hOutline, VTX_HMEMBER_T hMember, 
         vtx_mbrinfo_t *info = nullptr;
         VTX_STS_T sts = otlAlloc(ctx, sizeof *info, &info);
         if (sts) return f.fail(sts, "adShrOtlGetMemberInfo", VTX_MSGARG_STR);
-        if (OTL_IS_SMALL(item)) {
-            // A small record reads through a large view fetched from the
-            // paged store.
-            VTX_OTLMBRLARGE_T view;
-            std::memset((void *)&view, 0, sizeof view);
-            sts = opg_ToItemLarge(o, &view, item);
-            if (!sts) sts = otlCopyLargeToMbrInfo(o, (VTX_POTLMBR_T)&view, info, (VTX_ULONG_T)ver);
-            otlFreeLargeItemStrings(ctx, &view, 1);
-        } else {
-            sts = otlCopyLargeToMbrInfo(o, item, info, (VTX_ULONG_T)ver);
-        }
+        sts = otlCopyToMbrInfo(o, item, info, (VTX_ULONG_T)ver);
         if (sts) {
             (void)otlFreeMem(ctx, info);  // never handed out
             return f.fail(sts, "adShrOtlGetMemberInfo", VTX_MSGARG_STR);

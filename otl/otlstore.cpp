@@ -524,6 +524,24 @@ VTX_STS_T otlCopyLargeToMbrInfo(VTX_POTL_T pOutline, VTX_POTLMBR_T pItem, vtx_mb
     return 0;
 }
 
+VTX_STS_T otlCopySmallToMbrInfo(VTX_POTL_T pOutline, VTX_POTLMBR_T pItem, vtx_mbrinfo_t *pMbrInfo,
+                                VTX_ULONG_T ulVersion) {
+    if (!pOutline || !pItem || !pMbrInfo) return VTX_STS_NULL_ARG;
+    // A small record reads through a large view fetched from the paged store.
+    VTX_OTLMBRLARGE_T view;
+    std::memset((void *)&view, 0, sizeof view);
+    VTX_STS_T sts = opg_ToItemLarge(pOutline, &view, pItem);
+    if (!sts) sts = otlCopyLargeToMbrInfo(pOutline, (VTX_POTLMBR_T)&view, pMbrInfo, ulVersion);
+    otlFreeLargeItemStrings(pOutline->pNetCtx, &view, 1);
+    return sts;
+}
+
+VTX_STS_T otlCopyToMbrInfo(VTX_POTL_T pOutline, VTX_POTLMBR_T pItem, vtx_mbrinfo_t *pMbrInfo, VTX_ULONG_T ulVersion) {
+    if (!pItem) return VTX_STS_NULL_ARG;
+    return OTL_IS_SMALL(pItem) ? otlCopySmallToMbrInfo(pOutline, pItem, pMbrInfo, ulVersion)
+                               : otlCopyLargeToMbrInfo(pOutline, pItem, pMbrInfo, ulVersion);
+}
+
 VTX_STS_T otlCopyLargeFromMbrInfo(VTX_POTL_T pOutline, VTX_POTLMBRLARGE_T pItem, const vtx_mbrinfo_t *pMbrInfo,
                                   VTX_ULONG_T ulVersion) {
     if (!pItem || !pMbrInfo) return VTX_STS_NULL_ARG;
