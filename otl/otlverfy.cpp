@@ -320,7 +320,15 @@ VTX_ULONG_T otlVerifyItem(vTX_PNETCTX_T pNetCtx, VTX_POTL_T o, VTX_POTLMBR_T pDi
         for (unsigned t = 0; t < OTL_MAX_ALIAS_TABLES; ++t)
             for (VTX_POTLALIASREC_T a = l->pAliasRec[t]; a; a = a->pNext) {
                 if (dimCat == VTX_CAT_ATTRIBUTE || !a->pszAlias || !otlIsNameLegal(o, a->pszAlias, ctx, 1)) v |= 0x10;
-                if (!a->pszCombination || !*a->pszCombination) v |= 0x20;
+                // Every part must still name one member: a delete or a
+                // rename since the combination was made can leave it stale.
+                // Out of memory proves nothing about the combination.
+                if (!a->pszCombination || !*a->pszCombination) {
+                    v |= 0x20;
+                } else {
+                    const VTX_STS_T sts = otlCheckAliasCombination(o, pItem, a->pszCombination);
+                    if (sts && sts != VTX_STS_NO_MEMORY) v |= 0x20;
+                }
             }
     }
     // 15: what shared and label-only members may not carry.

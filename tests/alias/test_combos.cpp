@@ -140,6 +140,20 @@ TEST_F(ComboTest, CombinationsGoWithTheirMemberAndTheirTable) {
     EXPECT_EQ(adShrOtlSetMemberAlias(h, other, "A", "a-cost", 0, nullptr), 0) << "the alias is free again";
 }
 
+// Verification finds a combination whose member has gone by that name.
+TEST_F(ComboTest, VerificationFindsStaleCombinations) {
+    ASSERT_EQ(adShrOtlAddAliasCombination(h, sales, "Default", "Jan Sales", "Jan"), 0);
+    auto findings = [&]() {
+        VTX_ULONG_T v4 = 0;
+        return otlVerifyItem(t.ctx(), p, measures, sales, &v4, 0) & 0x20;
+    };
+    EXPECT_EQ(findings(), 0u);
+    ASSERT_EQ(adShrOtlRenameMember(h, jan, "January", 0, nullptr), 0);
+    EXPECT_EQ(findings(), 0x20u);
+    ASSERT_EQ(adShrOtlRenameMember(h, jan, "Jan", 0, nullptr), 0);
+    EXPECT_EQ(findings(), 0u);
+}
+
 TEST_F(ComboTest, AFailedAllocationLeavesNoCombination) {
     ASSERT_EQ(adShrOtlAddAliasCombination(h, cost, "Default", "first", "Q1"), 0);
     for (VTX_POTLMBR_T m : {sales, cost}) {
