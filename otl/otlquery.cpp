@@ -444,9 +444,21 @@ VTX_STS_T adShrOtlAddQueryMember(VTX_HOUTLINE_T hOutline, const vtx_querymbr_t *
     vTX_PNETCTX_T ctx = f.ctx();
     return otl::otlGuard(ctx, "adShrOtlAddQueryMember", [&]() -> VTX_STS_T {
         QueryStore *s = storeOf(o);
+        // A client before 5.0 sends the short member record: it is read
+        // through a full-form copy, so that nothing reads past its end.
+        vtx_querymbr_t q = *pQueryMbr;
+        vtx_mbrinfo_t *wide = nullptr;
+        VTX_STS_T sts = 0;
+        if (q.pInfo && ctx && ctx->lClientVersion < 0x50000) {
+            sts = otlAlloc(ctx, sizeof *wide, &wide);
+            if (sts) return f.fail(sts, "adShrOtlAddQueryMember", VTX_MSGARG_STR);
+            otlMbrInfoFromOld(reinterpret_cast<const vtx_mbrinfo_old_t *>(q.pInfo), wide);
+            q.pInfo = wide;
+        }
         VTX_POTLMBR_T rec = nullptr;
-        VTX_STS_T sts = otlNewItem(ctx, o, &rec, 1);
-        if (!sts) sts = fillQueryRecord(ctx, o, pQueryMbr, OTL_LARGE(rec));
+        sts = otlNewItem(ctx, o, &rec, 1);
+        if (!sts) sts = fillQueryRecord(ctx, o, &q, OTL_LARGE(rec));
+        (void)otlFreeMem(ctx, wide);  // the copy served its purpose
         // The array grows last, so that a failure leaves the handle as it was.
         if (!sts && s->count == s->cap) {
             const VTX_ULONG_T cap = s->cap ? s->cap * 2 : 16;

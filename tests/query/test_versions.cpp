@@ -232,3 +232,32 @@ TEST_F(OldClient, RefusedAllocationsLeaveNothingBehind) {
 }
 
 } // namespace
+
+namespace {
+
+// A query record of an old client is read in its short form too.
+TEST(OldClientQuery, QueryRecordIsReadInTheShortForm) {
+    TestCtx t;
+    VTX_HOUTLINE_T h = nullptr;
+    ASSERT_EQ(adShrOtlNewQueryOutline(t.ctx(), 0, &h), 0);
+    t.ctx()->lClientVersion = 0x40000;
+    OldRecord r("Qtr1");
+    r.p->usGen = 2;
+    vtx_querymbr_t q{};
+    q.ulBitmask[0] = 0xffff;
+    q.pInfo = r.asRecord();
+    VTX_HMEMBER_T m = nullptr;
+    ASSERT_EQ(adShrOtlAddQueryMember(h, &q, &m), 0);
+    void *name = nullptr;
+    ASSERT_EQ(adShrOtlGetMemberField(h, m, 0x1, &name), 0);
+    EXPECT_STREQ(static_cast<const char *>(name), "Qtr1");
+    adShrOtlFree(t.ctx(), name);
+    void *gen = nullptr;
+    ASSERT_EQ(adShrOtlGetMemberField(h, m, 0x4, &gen), 0);
+    EXPECT_EQ(*static_cast<VTX_USHORT_T *>(gen), 2);
+    adShrOtlFree(t.ctx(), gen);
+    adShrOtlCloseOutline(h);
+    EXPECT_EQ(t.stats().live, 0);
+}
+
+} // namespace
