@@ -1715,124 +1715,117 @@ VTX_STS_T findNameOrAlias(VTX_POTL_T o, const char *text, VTX_USHORT_T usOption,
     return sts;
 }
 
+// The frame every exported find shares: the answer cleared, the call frame
+// entered with the members the call names, the arguments required, then
+// body(f) under the guard, answering through *phMember.
+extern "C++" template <class Body>
+VTX_STS_T exportedFind(VTX_HOUTLINE_T hOutline, unsigned kind, std::initializer_list<VTX_HMEMBER_T> members,
+                       bool argsGiven, VTX_HMEMBER_T *phMember, const char *call, Body body) {
+    if (phMember) *phMember = nullptr;
+    otl::CallFrame f(hOutline, kind);
+    if (VTX_STS_T sts = f.enter(members)) return sts;
+    if (!argsGiven || !phMember) return f.fail(VTX_STS_NULL_ARG, call, VTX_MSGARG_STR);
+    return otl::otlGuard(f.ctx(), call, [&]() -> VTX_STS_T { return body(f); });
+}
+
+// A lookup by name in the member index (findByName), answered by findAnswer.
+VTX_STS_T answerByName(const otl::CallFrame &f, const char *text, const char *call, VTX_HMEMBER_T *phMember,
+                       bool fMember, bool fAlias, bool fFirst, VTX_USHORT_T usOption, VTX_USHORT_T usAliasTable,
+                       VTX_POTLMBR_T pDim, bool literal) {
+    VTX_POTLMBR_T m = nullptr;
+    HASH_NUM_T num;
+    HASH_POS_T pos;
+    VTX_STS_T sts = findByName(f.ctx(), f.outline(), text, nullptr, fMember, fAlias, fFirst, usOption, usAliasTable,
+                               pDim, &m, num, pos, literal);
+    return findAnswer(f, sts, m, text, call, phMember);
+}
+
 } // namespace
 
 VTX_STS_T adShrOtlFindMember(VTX_HOUTLINE_T hOutline, VTX_CSTR_T pszMember, VTX_HMEMBER_T *phMember) {
-    if (phMember) *phMember = nullptr;
-    otl::CallFrame f(hOutline, otl::kRead | otl::kQueryOk);
-    if (VTX_STS_T sts = f.enter()) return sts;
-    if (!pszMember || !phMember) return f.fail(VTX_STS_NULL_ARG, "adShrOtlFindMember", VTX_MSGARG_STR);
-    VTX_POTL_T o = f.outline();
-    return otl::otlGuard(f.ctx(), "adShrOtlFindMember", [&]() -> VTX_STS_T {
+    const char *call = "adShrOtlFindMember";
+    return exportedFind(hOutline, otl::kRead | otl::kQueryOk, {}, pszMember, phMember, call,
+                        [&](const otl::CallFrame &f) -> VTX_STS_T {
+        VTX_POTL_T o = f.outline();
         VTX_POTLMBR_T m = nullptr;
         VTX_STS_T sts = findNameOrAlias(o, pszMember, OTL_OPT_UNSHARED, &m);
         // The whole outline has a name of its own that no member takes.
         if (!sts && !m && o->pHeadItem && otlStricmp(f.ctx(), pszMember, OTL_UNIVERSE_MEMBER) == 0)
             m = o->pHeadItem;
-        return findAnswer(f, sts, m, pszMember, "adShrOtlFindMember", phMember);
+        return findAnswer(f, sts, m, pszMember, call, phMember);
     });
 }
 
 VTX_STS_T adShrOtlFindMemberEx(VTX_HOUTLINE_T hOutline, VTX_CSTR_T pszMember, VTX_USHORT_T usOption,
                                VTX_HMEMBER_T *phMember) {
-    if (phMember) *phMember = nullptr;
-    otl::CallFrame f(hOutline, otl::kRead);
-    if (VTX_STS_T sts = f.enter()) return sts;
-    if (!pszMember || !phMember) return f.fail(VTX_STS_NULL_ARG, "adShrOtlFindMemberEx", VTX_MSGARG_STR);
-    VTX_POTL_T o = f.outline();
-    return otl::otlGuard(f.ctx(), "adShrOtlFindMemberEx", [&]() -> VTX_STS_T {
+    const char *call = "adShrOtlFindMemberEx";
+    return exportedFind(hOutline, otl::kRead, {}, pszMember, phMember, call, [&](const otl::CallFrame &f) {
         VTX_POTLMBR_T m = nullptr;
-        VTX_STS_T sts = findNameOrAlias(o, pszMember, usOption, &m);
-        return findAnswer(f, sts, m, pszMember, "adShrOtlFindMemberEx", phMember);
+        VTX_STS_T sts = findNameOrAlias(f.outline(), pszMember, usOption, &m);
+        return findAnswer(f, sts, m, pszMember, call, phMember);
     });
 }
 
 VTX_STS_T adShrOtlFindMemberById(VTX_HOUTLINE_T hOutline, VTX_CSTR_T pszMemberId, VTX_USHORT_T usOption,
                                  VTX_HMEMBER_T *phMember) {
-    if (phMember) *phMember = nullptr;
-    otl::CallFrame f(hOutline, otl::kRead);
-    if (VTX_STS_T sts = f.enter()) return sts;
-    if (!pszMemberId || !phMember) return f.fail(VTX_STS_NULL_ARG, "adShrOtlFindMemberById", VTX_MSGARG_STR);
-    VTX_POTL_T o = f.outline();
-    // Identifiers are the texts of the "Member ID" table, which only an
-    // outline of duplicate names has.
-    if (!o->bNonUniqueName || o->usNumAliasTables < 2)
-        return f.fail(VTX_STS_DUP_REQUIRED, "adShrOtlFindMemberById", VTX_MSGARG_STR);
-    return otl::otlGuard(f.ctx(), "adShrOtlFindMemberById", [&]() -> VTX_STS_T {
-        VTX_POTLMBR_T m = nullptr;
-        HASH_NUM_T num;
-        HASH_POS_T pos;
-        VTX_STS_T sts = findByName(f.ctx(), o, pszMemberId, nullptr, 0, 1, 0, usOption, 2, nullptr, &m, num, pos, true);
-        return findAnswer(f, sts, m, pszMemberId, "adShrOtlFindMemberById", phMember);
+    const char *call = "adShrOtlFindMemberById";
+    return exportedFind(hOutline, otl::kRead, {}, pszMemberId, phMember, call,
+                        [&](const otl::CallFrame &f) -> VTX_STS_T {
+        VTX_POTL_T o = f.outline();
+        // Identifiers are the texts of the "Member ID" table, which only an
+        // outline of duplicate names has.
+        if (!o->bNonUniqueName || o->usNumAliasTables < 2) return f.fail(VTX_STS_DUP_REQUIRED, call, VTX_MSGARG_STR);
+        return answerByName(f, pszMemberId, call, phMember, 0, 1, 0, usOption, 2, nullptr, true);
     });
 }
 
 VTX_STS_T adShrOtlFindMemberByPath(VTX_HOUTLINE_T hOutline, VTX_CSTR_T pszMember, VTX_USHORT_T,
                                    VTX_HMEMBER_T *phMember) {
-    if (phMember) *phMember = nullptr;
-    otl::CallFrame f(hOutline, otl::kRead);
-    if (VTX_STS_T sts = f.enter()) return sts;
-    if (!pszMember || !phMember) return f.fail(VTX_STS_NULL_ARG, "adShrOtlFindMemberByPath", VTX_MSGARG_STR);
-    VTX_POTL_T o = f.outline();
-    return otl::otlGuard(f.ctx(), "adShrOtlFindMemberByPath", [&]() -> VTX_STS_T {
+    const char *call = "adShrOtlFindMemberByPath";
+    return exportedFind(hOutline, otl::kRead, {}, pszMember, phMember, call,
+                        [&](const otl::CallFrame &f) -> VTX_STS_T {
         VTX_POTLMBR_T m = nullptr;
         otl::NameScratch scratch(f.ctx());
-        VTX_STS_T sts = findCombined(f.ctx(), o, pszMember, 1, 0, 0, 0, nullptr, &m, scratch);
+        VTX_STS_T sts = findCombined(f.ctx(), f.outline(), pszMember, 1, 0, 0, 0, nullptr, &m, scratch);
         // A malformed path says so, rather than naming no member.
         if (sts && sts != VTX_STS_NOT_FOUND && sts != VTX_STS_NO_MEMORY) return f.fail(sts, pszMember, VTX_MSGARG_STR);
-        return findAnswer(f, sts, m, pszMember, "adShrOtlFindMemberByPath", phMember);
+        return findAnswer(f, sts, m, pszMember, call, phMember);
     });
 }
 
 VTX_STS_T adShrOtlFindMemberInDim(VTX_HOUTLINE_T hOutline, VTX_HMEMBER_T hDim, VTX_CSTR_T szMember,
                                   VTX_BOOL_T fReturnFirstInCaseOfDuplicates, VTX_HMEMBER_T *phMember) {
-    if (phMember) *phMember = nullptr;
-    otl::CallFrame f(hOutline, otl::kRead);
-    if (VTX_STS_T sts = f.enter({hDim})) return sts;
-    if (!hDim || !szMember || !phMember) return f.fail(VTX_STS_NULL_ARG, "adShrOtlFindMemberInDim", VTX_MSGARG_STR);
-    VTX_POTLMBR_T dim = static_cast<VTX_POTLMBR_T>(hDim);
-    if (dim->MbrInfo.usGen != 1) return f.fail(VTX_STS_NOT_A_DIMENSION);
-    VTX_POTL_T o = f.outline();
-    return otl::otlGuard(f.ctx(), "adShrOtlFindMemberInDim", [&]() -> VTX_STS_T {
-        VTX_POTLMBR_T m = nullptr;
-        HASH_NUM_T num;
-        HASH_POS_T pos;
-        VTX_STS_T sts = findByName(f.ctx(), o, szMember, nullptr, 1, 0, fReturnFirstInCaseOfDuplicates,
-                                   OTL_OPT_UNSHARED, 0, dim, &m, num, pos, false);
-        return findAnswer(f, sts, m, szMember, "adShrOtlFindMemberInDim", phMember);
+    const char *call = "adShrOtlFindMemberInDim";
+    return exportedFind(hOutline, otl::kRead, {hDim}, hDim && szMember, phMember, call,
+                        [&](const otl::CallFrame &f) -> VTX_STS_T {
+        VTX_POTLMBR_T dim = static_cast<VTX_POTLMBR_T>(hDim);
+        if (dim->MbrInfo.usGen != 1) return f.fail(VTX_STS_NOT_A_DIMENSION);
+        return answerByName(f, szMember, call, phMember, 1, 0, fReturnFirstInCaseOfDuplicates, OTL_OPT_UNSHARED, 0,
+                            dim, false);
     });
 }
 
 VTX_STS_T adShrOtlFindMemberInDimension(VTX_HOUTLINE_T hOutline, VTX_CSTR_T szDim, VTX_CSTR_T szMember,
                                         VTX_HMEMBER_T *phMember) {
-    if (phMember) *phMember = nullptr;
-    otl::CallFrame f(hOutline, otl::kRead);
-    if (VTX_STS_T sts = f.enter()) return sts;
-    if (!szDim || !szMember || !phMember)
-        return f.fail(VTX_STS_NULL_ARG, "adShrOtlFindMemberInDimension", VTX_MSGARG_STR);
-    VTX_POTL_T o = f.outline();
-    return otl::otlGuard(f.ctx(), "adShrOtlFindMemberInDimension", [&]() -> VTX_STS_T {
-        VTX_POTLMBR_T dim = dimensionNamed(o, szDim);
+    const char *call = "adShrOtlFindMemberInDimension";
+    return exportedFind(hOutline, otl::kRead, {}, szDim && szMember, phMember, call,
+                        [&](const otl::CallFrame &f) -> VTX_STS_T {
+        VTX_POTLMBR_T dim = dimensionNamed(f.outline(), szDim);
         if (!dim) return f.fail(VTX_STS_NOT_FOUND, szDim, VTX_MSGARG_STR);
-        VTX_POTLMBR_T m = nullptr;
-        HASH_NUM_T num;
-        HASH_POS_T pos;
-        VTX_STS_T sts = findByName(f.ctx(), o, szMember, nullptr, 1, 0, 0, OTL_OPT_UNSHARED, 0, dim, &m, num, pos,
-                                   false);
-        return findAnswer(f, sts, m, szMember, "adShrOtlFindMemberInDimension", phMember);
+        return answerByName(f, szMember, call, phMember, 1, 0, 0, OTL_OPT_UNSHARED, 0, dim, false);
     });
 }
 
 VTX_STS_T adShrOtlFindDim(VTX_HOUTLINE_T hOutline, VTX_HMEMBER_T hMember, VTX_HMEMBER_T *phDim) {
-    if (phDim) *phDim = nullptr;
-    otl::CallFrame f(hOutline, otl::kRead);
-    if (VTX_STS_T sts = f.enter({hMember})) return sts;
-    if (!hMember || !phDim) return f.fail(VTX_STS_NULL_ARG, "adShrOtlFindDim", VTX_MSGARG_STR);
-    VTX_POTLMBR_T dim = otlGetDim(static_cast<VTX_POTLMBR_T>(hMember));
-    // The root stands above every dimension.
-    if (!dim) return f.fail(VTX_STS_NO_DIM_FOUND, "adShrOtlFindDim", VTX_MSGARG_STR);
-    *phDim = dim;
-    return 0;
+    const char *call = "adShrOtlFindDim";
+    return exportedFind(hOutline, otl::kRead, {hMember}, hMember, phDim, call,
+                        [&](const otl::CallFrame &f) -> VTX_STS_T {
+        VTX_POTLMBR_T dim = otlGetDim(static_cast<VTX_POTLMBR_T>(hMember));
+        // The root stands above every dimension.
+        if (!dim) return f.fail(VTX_STS_NO_DIM_FOUND, call, VTX_MSGARG_STR);
+        *phDim = dim;
+        return 0;
+    });
 }
 
 } // extern "C"
@@ -1900,24 +1893,16 @@ extern "C" {
 
 VTX_STS_T adShrOtlFindMemberParentCombo(VTX_HOUTLINE_T hOutline, VTX_CSTR_T pszMember, VTX_CSTR_T pszParent,
                                         VTX_HMEMBER_T *phMember) {
-    if (phMember) *phMember = nullptr;
-    otl::CallFrame f(hOutline, otl::kRead);
-    if (VTX_STS_T sts = f.enter()) return sts;
-    if (!pszMember || !pszParent || !phMember)
-        return f.fail(VTX_STS_NULL_ARG, "adShrOtlFindMemberParentCombo", VTX_MSGARG_STR);
-    return otl::otlGuard(f.ctx(), "adShrOtlFindMemberParentCombo", [&]() -> VTX_STS_T {
+    return exportedFind(hOutline, otl::kRead, {}, pszMember && pszParent, phMember, "adShrOtlFindMemberParentCombo",
+                        [&](const otl::CallFrame &f) {
         return findUnderParent(f, pszMember, pszParent, nullptr, phMember);
     });
 }
 
 VTX_STS_T adShrOtlFindMemberParentComboInDimension(VTX_HOUTLINE_T hOutline, VTX_CSTR_T szDim, VTX_CSTR_T pszMember,
                                                    VTX_CSTR_T pszParent, VTX_HMEMBER_T *phMember) {
-    if (phMember) *phMember = nullptr;
-    otl::CallFrame f(hOutline, otl::kRead);
-    if (VTX_STS_T sts = f.enter()) return sts;
-    if (!szDim || !pszMember || !pszParent || !phMember)
-        return f.fail(VTX_STS_NULL_ARG, "adShrOtlFindMemberParentComboInDimension", VTX_MSGARG_STR);
-    return otl::otlGuard(f.ctx(), "adShrOtlFindMemberParentComboInDimension", [&]() -> VTX_STS_T {
+    return exportedFind(hOutline, otl::kRead, {}, szDim && pszMember && pszParent, phMember,
+                        "adShrOtlFindMemberParentComboInDimension", [&](const otl::CallFrame &f) -> VTX_STS_T {
         VTX_POTLMBR_T dim = nullptr;
         if (VTX_STS_T sts = namedDimension(f, szDim, &dim)) return sts;
         return findUnderParent(f, pszMember, pszParent, dim, phMember);
@@ -1926,12 +1911,8 @@ VTX_STS_T adShrOtlFindMemberParentComboInDimension(VTX_HOUTLINE_T hOutline, VTX_
 
 VTX_STS_T adShrOtlFindAttrMemberInDimension(VTX_HOUTLINE_T hOutline, VTX_CSTR_T szDim, VTX_CSTR_T pszMember,
                                             VTX_HMEMBER_T *phMember) {
-    if (phMember) *phMember = nullptr;
-    otl::CallFrame f(hOutline, otl::kRead);
-    if (VTX_STS_T sts = f.enter()) return sts;
-    if (!szDim || !pszMember || !phMember)
-        return f.fail(VTX_STS_NULL_ARG, "adShrOtlFindAttrMemberInDimension", VTX_MSGARG_STR);
-    return otl::otlGuard(f.ctx(), "adShrOtlFindAttrMemberInDimension", [&]() -> VTX_STS_T {
+    return exportedFind(hOutline, otl::kRead, {}, szDim && pszMember, phMember, "adShrOtlFindAttrMemberInDimension",
+                        [&](const otl::CallFrame &f) {
         return findAttribute(f, szDim, pszMember, nullptr, phMember);
     });
 }
@@ -1939,12 +1920,8 @@ VTX_STS_T adShrOtlFindAttrMemberInDimension(VTX_HOUTLINE_T hOutline, VTX_CSTR_T 
 VTX_STS_T adShrOtlFindAttrMemberParentComboInDimension(VTX_HOUTLINE_T hOutline, VTX_CSTR_T szDim,
                                                        VTX_CSTR_T pszMember, VTX_CSTR_T pszParent,
                                                        VTX_HMEMBER_T *phMember) {
-    if (phMember) *phMember = nullptr;
-    otl::CallFrame f(hOutline, otl::kRead);
-    if (VTX_STS_T sts = f.enter()) return sts;
-    if (!szDim || !pszMember || !pszParent || !phMember)
-        return f.fail(VTX_STS_NULL_ARG, "adShrOtlFindAttrMemberParentComboInDimension", VTX_MSGARG_STR);
-    return otl::otlGuard(f.ctx(), "adShrOtlFindAttrMemberParentComboInDimension", [&]() -> VTX_STS_T {
+    return exportedFind(hOutline, otl::kRead, {}, szDim && pszMember && pszParent, phMember,
+                        "adShrOtlFindAttrMemberParentComboInDimension", [&](const otl::CallFrame &f) {
         return findAttribute(f, szDim, pszMember, pszParent, phMember);
     });
 }

@@ -39,6 +39,19 @@ bool roomFor(Array &a, VTX_ULONG_T index) {
     return a.reallocate(want, 0);
 }
 
+// Moves the table number of every item of a table after startFrom by delta.
+VTX_STS_T shiftTables(VTX_POTLHASHITEMS_FACTORY pFactory, VTX_ULONG_T nextFreeIndex, VTX_UCHAR_T startFrom,
+                      int delta) {
+    if (nextFreeIndex == 0) return VTX_STS_OK;
+    if (!pFactory) return VTX_STS_NULL_ARG;
+    ItemArray &a = *Items(pFactory);
+    for (VTX_ULONG_T i = 0; i < nextFreeIndex; ++i) {
+        VTX_OTLHASHITEM_T_EXT &item = a[i];
+        if (item.usAliasTable > startFrom) item.usAliasTable = static_cast<VTX_UCHAR_T>(item.usAliasTable + delta);
+    }
+    return VTX_STS_OK;
+}
+
 } // namespace
 
 extern "C" {
@@ -79,26 +92,12 @@ VTX_API VTX_POTLHASHITEM_T_EXT otlHashItemsFactoryGetOtlHashItem(VTX_POTLHASHITE
 
 VTX_API VTX_STS_T otlHashReduceAliasTableNumber(VTX_POTLHASHITEMS_FACTORY pFactory,
                                                 VTX_ULONG_T nextFreeIndex, VTX_UCHAR_T startFrom) {
-    if (nextFreeIndex == 0) return VTX_STS_OK;
-    if (!pFactory) return VTX_STS_NULL_ARG;
-    ItemArray &a = *Items(pFactory);
-    for (VTX_ULONG_T i = 0; i < nextFreeIndex; ++i) {
-        VTX_OTLHASHITEM_T_EXT &item = a[i];
-        if (item.usAliasTable > startFrom) --item.usAliasTable;
-    }
-    return VTX_STS_OK;
+    return shiftTables(pFactory, nextFreeIndex, startFrom, -1);
 }
 
 VTX_API VTX_STS_T otlHashRaiseAliasTableNumber(VTX_POTLHASHITEMS_FACTORY pFactory, VTX_ULONG_T nextFreeIndex,
                                                VTX_UCHAR_T startFrom, VTX_UCHAR_T by) {
-    if (nextFreeIndex == 0) return VTX_STS_OK;
-    if (!pFactory) return VTX_STS_NULL_ARG;
-    ItemArray &a = *Items(pFactory);
-    for (VTX_ULONG_T i = 0; i < nextFreeIndex; ++i) {
-        VTX_OTLHASHITEM_T_EXT &item = a[i];
-        if (item.usAliasTable > startFrom) item.usAliasTable = (VTX_UCHAR_T)(item.usAliasTable + by);
-    }
-    return VTX_STS_OK;
+    return shiftTables(pFactory, nextFreeIndex, startFrom, by);
 }
 
 VTX_API VTX_STS_T otlHashItemsDupFactoryInit(vTX_PNETCTX_T pNetCtx, VTX_DUPNAME_FACTORY *ppFactory) {

@@ -132,10 +132,12 @@ Found HandOutline::byNameOrAlias(const char *text) {
     return f;
 }
 
-std::vector<std::pair<std::string, VTX_POTLMBR_T>> HandOutline::snapshot() {
+std::vector<std::pair<std::string, VTX_POTLMBR_T>> HandOutline::snapshot() { return indexEntries(o, ctx()); }
+
+std::vector<std::pair<std::string, VTX_POTLMBR_T>> indexEntries(VTX_POTL_T o, vTX_PNETCTX_T ctx) {
     std::vector<std::pair<std::string, VTX_POTLMBR_T>> out;
     VTX_PEXTENDED_HASH_ALLMEMBERS_IT_T all = nullptr;
-    if (extendedHashAllocateAllMembersIterator(o->pExtendedHashTable, ctx(), &all) != 0) return out;
+    if (extendedHashAllocateAllMembersIterator(o->pExtendedHashTable, ctx, &all) != 0) return out;
     for (; !extendedHashAllMembersItEnd(all); (void)extendedHashAllMembersItIncrement(all)) {
         const char *s = extendedHashAllMembersItGetStr(all);
         VTX_ULONG_T idx = extendedHashAllMembersItGetHashItemIndex(all);

@@ -57,4 +57,7 @@ private:
     VTX_ULONG_T dims_ = 0;
 };
 
+// Every (text#table, member) pair the index of o holds, sorted.
+std::vector<std::pair<std::string, VTX_POTLMBR_T>> indexEntries(VTX_POTL_T o, vTX_PNETCTX_T ctx);
+
 } // namespace idxtest

@@ -65,20 +65,7 @@ public:
 
 std::vector<std::pair<std::string, VTX_POTLMBR_T>> Edited::entries() {
     // The same walk as the hand-built outlines use.
-    std::vector<std::pair<std::string, VTX_POTLMBR_T>> out;
-    VTX_PEXTENDED_HASH_ALLMEMBERS_IT_T all = nullptr;
-    if (extendedHashAllocateAllMembersIterator(o->pExtendedHashTable, t.ctx(), &all) != 0) return out;
-    for (; !extendedHashAllMembersItEnd(all); (void)extendedHashAllMembersItIncrement(all)) {
-        const char *s = extendedHashAllMembersItGetStr(all);
-        VTX_ULONG_T idx = extendedHashAllMembersItGetHashItemIndex(all);
-        if (!s || idx == NODE_INDEX_NA) continue;
-        VTX_POTLHASHITEM_T_EXT item = otlHashItemsFactoryGetOtlHashItem(o->pOtlHashItemsFactory, idx);
-        out.emplace_back(std::string(s) + "#" + std::to_string(item->usAliasTable),
-                         memNum2pItemMapGetPItem(o, static_cast<VTX_ULONG_T>(item->mbrId), item->dimId));
-    }
-    (void)extendedHashFreeAllMembersIterator(all);
-    std::sort(out.begin(), out.end());
-    return out;
+    return idxtest::indexEntries(o, t.ctx());
 }
 
 // Every entry names a member that is in the tree under that text.
