@@ -136,10 +136,9 @@ public:
         }
         HASH_NUM_T num = NODE_INDEX_DEL;
         HASH_POS_T pos = NODE_INDEX_DEL;
-        (void)extendedHashGetPos(hash_, ks.key(i), &num, &pos);
-        if (num == NODE_INDEX_NA) return UINT32_MAX;
         VTX_EXTENDED_HASH_IT_BUF_T buf;
-        (void)extendedHashInitIterator(hash_, &buf, num, pos);
+        (void)extendedHashGetPosAndIterator(hash_, ks.key(i), &num, &pos, &buf);
+        if (num == NODE_INDEX_NA) return UINT32_MAX;
         return extendedHashItGetHashItemIndex(&buf);
     }
 

@@ -14,10 +14,14 @@
 // the heap in use over the build.
 //
 // The outline of the library is case-insensitive (every name folded before
-// it is hashed); both baselines compare bytes.  Each phase runs once per
-// contender (the outline is the state the phases share) and is timed by the
-// processor time of the thread; the ratios to the baselines are printed
-// after Google Benchmark's table.  --sizes=1,10 picks the outlines by millions of
+// it is hashed); both baselines compare bytes.  Phases are timed by the
+// processor time of the thread.  The three contenders are built one after
+// the other and then held side by side: the finds, which change nothing,
+// run in chunks of 10,000 that take turns between the contenders, so that
+// the noise of a shared machine falls on all three alike; a find phase
+// counts the median chunk times the number of chunks.  Renames and deletes
+// run once per contender.  The ratios to the baselines are printed after
+// Google Benchmark's table.  --sizes=1,10 picks the outlines by millions of
 // members.
 #include <benchmark/benchmark.h>
 
@@ -182,77 +186,108 @@ struct Result {
 std::map<int, Result[kWho]> g_results;   // by size in millions
 vtx_netctx_t g_ctx;
 
-// ---- the outline ---------------------------------------------------------------
+// ---- the contenders --------------------------------------------------------------
 
-Result runOutline(const Shape &shape, const Tree &t, const Samples &s) {
-    Result r;
-    vtx_netctx_t ctx = g_ctx;
-    ctx.estimatedHashSize = static_cast<VTX_ULONG_T>(t.name.size());
-    const Usage before = Usage::now();
-    VTX_HOUTLINE_T h = nullptr;
-    vtx_outlineinfo_t oi{};
-    if (adShrOtlNewOutline(&ctx, &oi, &h, 0)) std::abort();
-    std::vector<VTX_HMEMBER_T> handle(t.name.size());
-    std::vector<VTX_HMEMBER_T> lastChild(t.name.size());
-    vtx_mbrinfo_t info{};
-    VTX_HMEMBER_T lastDim = nullptr;
-    auto t0 = Clock::now();
-    for (size_t i = 0; i < t.name.size(); ++i) {
-        std::memcpy(info.szMember, t.name[i].c_str(), t.name[i].size() + 1);
-        const int64_t p = t.parent[i];
-        VTX_STS_T sts;
-        if (p < 0) {
-            sts = adShrOtlAddMember(h, &info, nullptr, lastDim, &handle[i], 0, nullptr);
-            lastDim = handle[i];
-        } else {
-            sts = adShrOtlAddMember(h, &info, handle[size_t(p)], lastChild[size_t(p)], &handle[i], 0, nullptr);
-            lastChild[size_t(p)] = handle[i];
-        }
-        if (sts) {
-            std::fprintf(stderr, "add of %s failed with %d\n", t.name[i].c_str(), sts);
-            std::abort();
-        }
-    }
-    r.seconds[kBuild] = since(t0);
-    const Usage built = Usage::now();
-    r.rssPerMember = double(built.rss - before.rss) / double(t.name.size());
-    r.heapPerMember = double(built.heap - before.heap) / double(t.name.size());
+// One contender: the build, each find phase over a range of its samples
+// (answering how many answers were wrong), the edits.
+class Contender {
+public:
+    virtual ~Contender() = default;
+    virtual void build() = 0;
+    virtual size_t findPresent(size_t from, size_t to) = 0;
+    virtual size_t findAbsent(size_t from, size_t to) = 0;
+    virtual size_t findPaths(size_t from, size_t to) = 0;
+    virtual size_t renameAll() = 0;
+    virtual size_t deleteAll() = 0;
+    // After the edits: the renamed are found by their new names.
+    virtual size_t checkEdits() { return 0; }
+};
 
-    t0 = Clock::now();
-    for (size_t i : s.present) {
-        VTX_HMEMBER_T m = nullptr;
-        if (adShrOtlFindMember(h, t.name[i].c_str(), &m) || m != handle[i]) ++r.wrong;
+class OutlineContender : public Contender {
+public:
+    OutlineContender(const Tree &t, const Samples &s) : t_(t), s_(s), handle_(t.name.size()) {}
+    ~OutlineContender() override {
+        if (h_) (void)adShrOtlCloseOutline(h_);
     }
-    r.seconds[kFind] = since(t0);
-    t0 = Clock::now();
-    for (const std::string &n : s.absent) {
-        VTX_HMEMBER_T m = nullptr;
-        if (adShrOtlFindMember(h, n.c_str(), &m) != VTX_STS_NOT_FOUND) ++r.wrong;
+    void build() override {
+        vtx_netctx_t &ctx = ctx_;
+        ctx = g_ctx;
+        ctx.estimatedHashSize = static_cast<VTX_ULONG_T>(t_.name.size());
+        vtx_outlineinfo_t oi{};
+        if (adShrOtlNewOutline(&ctx, &oi, &h_, 0)) std::abort();
+        std::vector<VTX_HMEMBER_T> lastChild(t_.name.size());
+        vtx_mbrinfo_t info{};
+        VTX_HMEMBER_T lastDim = nullptr;
+        for (size_t i = 0; i < t_.name.size(); ++i) {
+            std::memcpy(info.szMember, t_.name[i].c_str(), t_.name[i].size() + 1);
+            const int64_t p = t_.parent[i];
+            VTX_STS_T sts;
+            if (p < 0) {
+                sts = adShrOtlAddMember(h_, &info, nullptr, lastDim, &handle_[i], 0, nullptr);
+                lastDim = handle_[i];
+            } else {
+                sts = adShrOtlAddMember(h_, &info, handle_[size_t(p)], lastChild[size_t(p)], &handle_[i], 0, nullptr);
+                lastChild[size_t(p)] = handle_[i];
+            }
+            if (sts) {
+                std::fprintf(stderr, "add of %s failed with %d\n", t_.name[i].c_str(), sts);
+                std::abort();
+            }
+        }
     }
-    r.seconds[kMiss] = since(t0);
-    t0 = Clock::now();
-    for (size_t k = 0; k < s.paths.size(); ++k) {
-        VTX_HMEMBER_T m = nullptr;
-        if (adShrOtlFindMember(h, s.paths[k].c_str(), &m) || m != handle[s.pathOf[k]]) ++r.wrong;
+    size_t findPresent(size_t from, size_t to) override {
+        size_t wrong = 0;
+        for (size_t k = from; k < to; ++k) {
+            const size_t i = s_.present[k];
+            VTX_HMEMBER_T m = nullptr;
+            if (adShrOtlFindMember(h_, t_.name[i].c_str(), &m) || m != handle_[i]) ++wrong;
+        }
+        return wrong;
     }
-    r.seconds[kPath] = since(t0);
-    t0 = Clock::now();
-    for (size_t k = 0; k < s.renamed.size(); ++k)
-        if (adShrOtlRenameMember(h, handle[s.renamed[k]], s.newNames[k].c_str(), 0, nullptr)) ++r.wrong;
-    r.seconds[kRename] = since(t0);
-    t0 = Clock::now();
-    for (size_t i : s.deleted)
-        if (adShrOtlDeleteMember(h, handle[i], 0, nullptr)) ++r.wrong;
-    r.seconds[kDelete] = since(t0);
-    // The work was done: the renamed are found by their new names.
-    for (size_t k = 0; k < s.renamed.size(); k += 997) {
-        VTX_HMEMBER_T m = nullptr;
-        if (adShrOtlFindMember(h, s.newNames[k].c_str(), &m) || m != handle[s.renamed[k]]) ++r.wrong;
+    size_t findAbsent(size_t from, size_t to) override {
+        size_t wrong = 0;
+        for (size_t k = from; k < to; ++k) {
+            VTX_HMEMBER_T m = nullptr;
+            if (adShrOtlFindMember(h_, s_.absent[k].c_str(), &m) != VTX_STS_NOT_FOUND) ++wrong;
+        }
+        return wrong;
     }
-    (void)shape;
-    (void)adShrOtlCloseOutline(h);
-    return r;
-}
+    size_t findPaths(size_t from, size_t to) override {
+        size_t wrong = 0;
+        for (size_t k = from; k < to; ++k) {
+            VTX_HMEMBER_T m = nullptr;
+            if (adShrOtlFindMember(h_, s_.paths[k].c_str(), &m) || m != handle_[s_.pathOf[k]]) ++wrong;
+        }
+        return wrong;
+    }
+    size_t renameAll() override {
+        size_t wrong = 0;
+        for (size_t k = 0; k < s_.renamed.size(); ++k)
+            if (adShrOtlRenameMember(h_, handle_[s_.renamed[k]], s_.newNames[k].c_str(), 0, nullptr)) ++wrong;
+        return wrong;
+    }
+    size_t deleteAll() override {
+        size_t wrong = 0;
+        for (size_t i : s_.deleted)
+            if (adShrOtlDeleteMember(h_, handle_[i], 0, nullptr)) ++wrong;
+        return wrong;
+    }
+    size_t checkEdits() override {
+        size_t wrong = 0;
+        for (size_t k = 0; k < s_.renamed.size(); k += 997) {
+            VTX_HMEMBER_T m = nullptr;
+            if (adShrOtlFindMember(h_, s_.newNames[k].c_str(), &m) || m != handle_[s_.renamed[k]]) ++wrong;
+        }
+        return wrong;
+    }
+
+private:
+    const Tree &t_;
+    const Samples &s_;
+    vtx_netctx_t ctx_{};
+    VTX_HOUTLINE_T h_ = nullptr;
+    std::vector<VTX_HMEMBER_T> handle_;
+};
 
 // ---- baseline (a): vectors of children and a hash map of names --------------------
 
@@ -262,76 +297,85 @@ struct Node {
     std::vector<Node *> children;
 };
 
-Result runMap(const Tree &t, const Samples &s) {
-    Result r;
-    const Usage before = Usage::now();
-    std::vector<std::unique_ptr<Node>> nodes(t.name.size());
-    std::unordered_map<std::string, Node *> index;
-    std::vector<Node *> dims;
-    auto t0 = Clock::now();
-    for (size_t i = 0; i < t.name.size(); ++i) {
-        nodes[i] = std::make_unique<Node>();
-        Node *n = nodes[i].get();
-        n->name = t.name[i];
-        // A name stands once, as in an outline of unique names.
-        if (!index.emplace(n->name, n).second) std::abort();
-        if (t.parent[i] < 0) {
-            dims.push_back(n);
-        } else {
-            n->parent = nodes[size_t(t.parent[i])].get();
-            n->parent->children.push_back(n);
+class MapContender : public Contender {
+public:
+    MapContender(const Tree &t, const Samples &s) : t_(t), s_(s), nodes_(t.name.size()) {}
+    void build() override {
+        for (size_t i = 0; i < t_.name.size(); ++i) {
+            nodes_[i] = std::make_unique<Node>();
+            Node *n = nodes_[i].get();
+            n->name = t_.name[i];
+            // A name stands once, as in an outline of unique names.
+            if (!index_.emplace(n->name, n).second) std::abort();
+            if (t_.parent[i] < 0) {
+                dims_.push_back(n);
+            } else {
+                n->parent = nodes_[size_t(t_.parent[i])].get();
+                n->parent->children.push_back(n);
+            }
         }
     }
-    r.seconds[kBuild] = since(t0);
-    const Usage built = Usage::now();
-    r.rssPerMember = double(built.rss - before.rss) / double(t.name.size());
-    r.heapPerMember = double(built.heap - before.heap) / double(t.name.size());
+    size_t findPresent(size_t from, size_t to) override {
+        size_t wrong = 0;
+        for (size_t k = from; k < to; ++k) {
+            const size_t i = s_.present[k];
+            auto it = index_.find(t_.name[i]);
+            if (it == index_.end() || it->second != nodes_[i].get()) ++wrong;
+        }
+        return wrong;
+    }
+    size_t findAbsent(size_t from, size_t to) override {
+        size_t wrong = 0;
+        for (size_t k = from; k < to; ++k)
+            if (index_.find(s_.absent[k]) != index_.end()) ++wrong;
+        return wrong;
+    }
+    size_t findPaths(size_t from, size_t to) override {
+        size_t wrong = 0;
+        for (size_t k = from; k < to; ++k) {
+            // "[parent].[child]": the child by name, its parent's name checked.
+            const std::string &p = s_.paths[k];
+            const size_t mid = p.find("].[");
+            const std::string parent = p.substr(1, mid - 1), child = p.substr(mid + 3, p.size() - mid - 4);
+            auto it = index_.find(child);
+            if (it == index_.end() || !it->second->parent || it->second->parent->name != parent ||
+                it->second != nodes_[s_.pathOf[k]].get())
+                ++wrong;
+        }
+        return wrong;
+    }
+    size_t renameAll() override {
+        size_t wrong = 0;
+        for (size_t k = 0; k < s_.renamed.size(); ++k) {
+            Node *n = nodes_[s_.renamed[k]].get();
+            if (index_.count(s_.newNames[k])) {
+                ++wrong;
+                continue;
+            }
+            index_.erase(n->name);
+            n->name = s_.newNames[k];
+            index_.emplace(n->name, n);
+        }
+        return wrong;
+    }
+    size_t deleteAll() override {
+        for (size_t i : s_.deleted) {
+            Node *n = nodes_[i].get();
+            index_.erase(n->name);
+            auto &sib = n->parent->children;
+            sib.erase(std::find(sib.begin(), sib.end(), n));
+            nodes_[i].reset();
+        }
+        return 0;
+    }
 
-    t0 = Clock::now();
-    for (size_t i : s.present) {
-        auto it = index.find(t.name[i]);
-        if (it == index.end() || it->second != nodes[i].get()) ++r.wrong;
-    }
-    r.seconds[kFind] = since(t0);
-    t0 = Clock::now();
-    for (const std::string &n : s.absent)
-        if (index.find(n) != index.end()) ++r.wrong;
-    r.seconds[kMiss] = since(t0);
-    t0 = Clock::now();
-    for (size_t k = 0; k < s.paths.size(); ++k) {
-        // "[parent].[child]": the child by name, its parent's name checked.
-        const std::string &p = s.paths[k];
-        const size_t mid = p.find("].[");
-        const std::string parent = p.substr(1, mid - 1), child = p.substr(mid + 3, p.size() - mid - 4);
-        auto it = index.find(child);
-        if (it == index.end() || !it->second->parent || it->second->parent->name != parent ||
-            it->second != nodes[s.pathOf[k]].get())
-            ++r.wrong;
-    }
-    r.seconds[kPath] = since(t0);
-    t0 = Clock::now();
-    for (size_t k = 0; k < s.renamed.size(); ++k) {
-        Node *n = nodes[s.renamed[k]].get();
-        if (index.count(s.newNames[k])) {
-            ++r.wrong;
-            continue;
-        }
-        index.erase(n->name);
-        n->name = s.newNames[k];
-        index.emplace(n->name, n);
-    }
-    r.seconds[kRename] = since(t0);
-    t0 = Clock::now();
-    for (size_t i : s.deleted) {
-        Node *n = nodes[i].get();
-        index.erase(n->name);
-        auto &sib = n->parent->children;
-        sib.erase(std::find(sib.begin(), sib.end(), n));
-        nodes[i].reset();
-    }
-    r.seconds[kDelete] = since(t0);
-    return r;
-}
+private:
+    const Tree &t_;
+    const Samples &s_;
+    std::vector<std::unique_ptr<Node>> nodes_;
+    std::unordered_map<std::string, Node *> index_;
+    std::vector<Node *> dims_;
+};
 
 // ---- baseline (b): SQLite in memory -------------------------------------------------
 
@@ -342,92 +386,131 @@ void check(int rc, sqlite3 *db, const char *what) {
     }
 }
 
-Result runSql(const Tree &t, const Samples &s) {
-    Result r;
-    const Usage before = Usage::now();
-    sqlite3 *db = nullptr;
-    check(sqlite3_open(":memory:", &db), db, "open");
-    check(sqlite3_exec(db, "PRAGMA journal_mode=OFF; PRAGMA synchronous=OFF;", nullptr, nullptr, nullptr), db, "pragma");
-    check(sqlite3_exec(db, "CREATE TABLE m(id INTEGER PRIMARY KEY, parent INTEGER, name TEXT NOT NULL);"
-                           "CREATE UNIQUE INDEX m_name ON m(name);",
-                       nullptr, nullptr, nullptr),
-          db, "create");
-    auto prepare = [&](const char *sql) {
-        sqlite3_stmt *st = nullptr;
-        check(sqlite3_prepare_v2(db, sql, -1, &st, nullptr), db, sql);
-        return st;
-    };
-    sqlite3_stmt *ins = prepare("INSERT INTO m(id, parent, name) VALUES(?, ?, ?)");
-    sqlite3_stmt *byName = prepare("SELECT id FROM m WHERE name = ?");
-    sqlite3_stmt *byPath = prepare("SELECT c.id FROM m c JOIN m p ON c.parent = p.id WHERE c.name = ? AND p.name = ?");
-    sqlite3_stmt *rename = prepare("UPDATE m SET name = ? WHERE id = ?");
-    sqlite3_stmt *del = prepare("DELETE FROM m WHERE id = ?");
-    auto t0 = Clock::now();
-    check(sqlite3_exec(db, "BEGIN", nullptr, nullptr, nullptr), db, "begin");
-    for (size_t i = 0; i < t.name.size(); ++i) {
-        sqlite3_bind_int64(ins, 1, int64_t(i) + 1);
-        if (t.parent[i] < 0) sqlite3_bind_null(ins, 2);
-        else sqlite3_bind_int64(ins, 2, t.parent[i] + 1);
-        sqlite3_bind_text(ins, 3, t.name[i].c_str(), int(t.name[i].size()), SQLITE_STATIC);
-        check(sqlite3_step(ins), db, "insert");
-        sqlite3_reset(ins);
+class SqlContender : public Contender {
+public:
+    SqlContender(const Tree &t, const Samples &s) : t_(t), s_(s) {}
+    ~SqlContender() override {
+        for (sqlite3_stmt *st : {ins_, byName_, byPath_, rename_, del_}) sqlite3_finalize(st);
+        sqlite3_close(db_);
     }
-    check(sqlite3_exec(db, "COMMIT", nullptr, nullptr, nullptr), db, "commit");
-    r.seconds[kBuild] = since(t0);
-    const Usage built = Usage::now();
-    r.rssPerMember = double(built.rss - before.rss) / double(t.name.size());
-    r.heapPerMember = double(built.heap - before.heap) / double(t.name.size());
+    void build() override {
+        check(sqlite3_open(":memory:", &db_), db_, "open");
+        check(sqlite3_exec(db_, "PRAGMA journal_mode=OFF; PRAGMA synchronous=OFF;", nullptr, nullptr, nullptr), db_,
+              "pragma");
+        check(sqlite3_exec(db_, "CREATE TABLE m(id INTEGER PRIMARY KEY, parent INTEGER, name TEXT NOT NULL);"
+                                "CREATE UNIQUE INDEX m_name ON m(name);",
+                           nullptr, nullptr, nullptr),
+              db_, "create");
+        ins_ = prepare("INSERT INTO m(id, parent, name) VALUES(?, ?, ?)");
+        byName_ = prepare("SELECT id FROM m WHERE name = ?");
+        byPath_ = prepare("SELECT c.id FROM m c JOIN m p ON c.parent = p.id WHERE c.name = ? AND p.name = ?");
+        rename_ = prepare("UPDATE m SET name = ? WHERE id = ?");
+        del_ = prepare("DELETE FROM m WHERE id = ?");
+        check(sqlite3_exec(db_, "BEGIN", nullptr, nullptr, nullptr), db_, "begin");
+        for (size_t i = 0; i < t_.name.size(); ++i) {
+            sqlite3_bind_int64(ins_, 1, int64_t(i) + 1);
+            if (t_.parent[i] < 0) sqlite3_bind_null(ins_, 2);
+            else sqlite3_bind_int64(ins_, 2, t_.parent[i] + 1);
+            sqlite3_bind_text(ins_, 3, t_.name[i].c_str(), int(t_.name[i].size()), SQLITE_STATIC);
+            check(sqlite3_step(ins_), db_, "insert");
+            sqlite3_reset(ins_);
+        }
+        check(sqlite3_exec(db_, "COMMIT", nullptr, nullptr, nullptr), db_, "commit");
+    }
+    size_t findPresent(size_t from, size_t to) override {
+        size_t wrong = 0;
+        for (size_t k = from; k < to; ++k) {
+            const size_t i = s_.present[k];
+            sqlite3_bind_text(byName_, 1, t_.name[i].c_str(), int(t_.name[i].size()), SQLITE_STATIC);
+            if (idOf(byName_) != int64_t(i) + 1) ++wrong;
+        }
+        return wrong;
+    }
+    size_t findAbsent(size_t from, size_t to) override {
+        size_t wrong = 0;
+        for (size_t k = from; k < to; ++k) {
+            const std::string &n = s_.absent[k];
+            sqlite3_bind_text(byName_, 1, n.c_str(), int(n.size()), SQLITE_STATIC);
+            if (idOf(byName_) != 0) ++wrong;
+        }
+        return wrong;
+    }
+    size_t findPaths(size_t from, size_t to) override {
+        size_t wrong = 0;
+        for (size_t k = from; k < to; ++k) {
+            const std::string &p = s_.paths[k];
+            const size_t mid = p.find("].[");
+            const std::string parent = p.substr(1, mid - 1), child = p.substr(mid + 3, p.size() - mid - 4);
+            sqlite3_bind_text(byPath_, 1, child.c_str(), int(child.size()), SQLITE_TRANSIENT);
+            sqlite3_bind_text(byPath_, 2, parent.c_str(), int(parent.size()), SQLITE_TRANSIENT);
+            if (idOf(byPath_) != int64_t(s_.pathOf[k]) + 1) ++wrong;
+        }
+        return wrong;
+    }
+    size_t renameAll() override {
+        size_t wrong = 0;
+        check(sqlite3_exec(db_, "BEGIN", nullptr, nullptr, nullptr), db_, "begin");
+        for (size_t k = 0; k < s_.renamed.size(); ++k) {
+            sqlite3_bind_text(rename_, 1, s_.newNames[k].c_str(), int(s_.newNames[k].size()), SQLITE_STATIC);
+            sqlite3_bind_int64(rename_, 2, int64_t(s_.renamed[k]) + 1);
+            if (sqlite3_step(rename_) != SQLITE_DONE) ++wrong;
+            sqlite3_reset(rename_);
+        }
+        check(sqlite3_exec(db_, "COMMIT", nullptr, nullptr, nullptr), db_, "commit");
+        return wrong;
+    }
+    size_t deleteAll() override {
+        size_t wrong = 0;
+        check(sqlite3_exec(db_, "BEGIN", nullptr, nullptr, nullptr), db_, "begin");
+        for (size_t i : s_.deleted) {
+            sqlite3_bind_int64(del_, 1, int64_t(i) + 1);
+            if (sqlite3_step(del_) != SQLITE_DONE) ++wrong;
+            sqlite3_reset(del_);
+        }
+        check(sqlite3_exec(db_, "COMMIT", nullptr, nullptr, nullptr), db_, "commit");
+        return wrong;
+    }
 
-    auto idOf = [&](sqlite3_stmt *st) {
+private:
+    sqlite3_stmt *prepare(const char *sql) {
+        sqlite3_stmt *st = nullptr;
+        check(sqlite3_prepare_v2(db_, sql, -1, &st, nullptr), db_, sql);
+        return st;
+    }
+    static int64_t idOf(sqlite3_stmt *st) {
         int64_t id = 0;
         if (sqlite3_step(st) == SQLITE_ROW) id = sqlite3_column_int64(st, 0);
         sqlite3_reset(st);
         return id;
-    };
-    t0 = Clock::now();
-    for (size_t i : s.present) {
-        sqlite3_bind_text(byName, 1, t.name[i].c_str(), int(t.name[i].size()), SQLITE_STATIC);
-        if (idOf(byName) != int64_t(i) + 1) ++r.wrong;
     }
-    r.seconds[kFind] = since(t0);
-    t0 = Clock::now();
-    for (const std::string &n : s.absent) {
-        sqlite3_bind_text(byName, 1, n.c_str(), int(n.size()), SQLITE_STATIC);
-        if (idOf(byName) != 0) ++r.wrong;
+
+    const Tree &t_;
+    const Samples &s_;
+    sqlite3 *db_ = nullptr;
+    sqlite3_stmt *ins_ = nullptr, *byName_ = nullptr, *byPath_ = nullptr, *rename_ = nullptr, *del_ = nullptr;
+};
+
+// A find phase: chunks of kChunk finds that take turns between the
+// contenders; each contender's time is its median chunk time times the
+// number of chunks.
+constexpr size_t kChunk = 10000;
+
+template <class Run>
+void interleaved(Contender *const (&who)[kWho], size_t total, Result (&res)[kWho], Phase phase, Run run) {
+    std::vector<double> times[kWho];
+    for (size_t from = 0; from < total; from += kChunk) {
+        const size_t to = std::min(total, from + kChunk);
+        for (int w = 0; w < kWho; ++w) {
+            const double t0 = Clock::now();
+            res[w].wrong += run(who[w], from, to);
+            times[w].push_back(since(t0) * double(kChunk) / double(to - from));
+        }
     }
-    r.seconds[kMiss] = since(t0);
-    t0 = Clock::now();
-    for (size_t k = 0; k < s.paths.size(); ++k) {
-        const std::string &p = s.paths[k];
-        const size_t mid = p.find("].[");
-        const std::string parent = p.substr(1, mid - 1), child = p.substr(mid + 3, p.size() - mid - 4);
-        sqlite3_bind_text(byPath, 1, child.c_str(), int(child.size()), SQLITE_TRANSIENT);
-        sqlite3_bind_text(byPath, 2, parent.c_str(), int(parent.size()), SQLITE_TRANSIENT);
-        if (idOf(byPath) != int64_t(s.pathOf[k]) + 1) ++r.wrong;
+    for (int w = 0; w < kWho; ++w) {
+        std::vector<double> &t = times[w];
+        std::nth_element(t.begin(), t.begin() + long(t.size() / 2), t.end());
+        res[w].seconds[phase] = t[t.size() / 2] * double(total) / double(kChunk);
     }
-    r.seconds[kPath] = since(t0);
-    t0 = Clock::now();
-    check(sqlite3_exec(db, "BEGIN", nullptr, nullptr, nullptr), db, "begin");
-    for (size_t k = 0; k < s.renamed.size(); ++k) {
-        sqlite3_bind_text(rename, 1, s.newNames[k].c_str(), int(s.newNames[k].size()), SQLITE_STATIC);
-        sqlite3_bind_int64(rename, 2, int64_t(s.renamed[k]) + 1);
-        if (sqlite3_step(rename) != SQLITE_DONE) ++r.wrong;
-        sqlite3_reset(rename);
-    }
-    check(sqlite3_exec(db, "COMMIT", nullptr, nullptr, nullptr), db, "commit");
-    r.seconds[kRename] = since(t0);
-    t0 = Clock::now();
-    check(sqlite3_exec(db, "BEGIN", nullptr, nullptr, nullptr), db, "begin");
-    for (size_t i : s.deleted) {
-        sqlite3_bind_int64(del, 1, int64_t(i) + 1);
-        if (sqlite3_step(del) != SQLITE_DONE) ++r.wrong;
-        sqlite3_reset(del);
-    }
-    check(sqlite3_exec(db, "COMMIT", nullptr, nullptr, nullptr), db, "commit");
-    r.seconds[kDelete] = since(t0);
-    for (sqlite3_stmt *st : {ins, byName, byPath, rename, del}) sqlite3_finalize(st);
-    sqlite3_close(db);
-    return r;
 }
 
 // ---- one outline size ----------------------------------------------------------------
@@ -438,9 +521,34 @@ void runGroup(benchmark::State &state, int millions) {
         Tree tree(shape);
         Samples samples(tree, 20240611u + unsigned(millions));
         Result (&res)[kWho] = g_results[millions];
-        res[kOurs] = runOutline(shape, tree, samples);
-        res[kMap] = runMap(tree, samples);
-        res[kSql] = runSql(tree, samples);
+        OutlineContender outline(tree, samples);
+        MapContender map(tree, samples);
+        SqlContender sql(tree, samples);
+        Contender *const who[kWho] = {&outline, &map, &sql};
+        for (int w = 0; w < kWho; ++w) {
+            const Usage before = Usage::now();
+            const double t0 = Clock::now();
+            who[w]->build();
+            res[w].seconds[kBuild] = since(t0);
+            const Usage built = Usage::now();
+            res[w].rssPerMember = double(built.rss - before.rss) / double(tree.name.size());
+            res[w].heapPerMember = double(built.heap - before.heap) / double(tree.name.size());
+        }
+        interleaved(who, samples.present.size(), res, kFind,
+                    [](Contender *c, size_t a, size_t b) { return c->findPresent(a, b); });
+        interleaved(who, samples.absent.size(), res, kMiss,
+                    [](Contender *c, size_t a, size_t b) { return c->findAbsent(a, b); });
+        interleaved(who, samples.paths.size(), res, kPath,
+                    [](Contender *c, size_t a, size_t b) { return c->findPaths(a, b); });
+        for (int w = 0; w < kWho; ++w) {
+            double t0 = Clock::now();
+            res[w].wrong += who[w]->renameAll();
+            res[w].seconds[kRename] = since(t0);
+            t0 = Clock::now();
+            res[w].wrong += who[w]->deleteAll();
+            res[w].seconds[kDelete] = since(t0);
+            res[w].wrong += who[w]->checkEdits();
+        }
         double total = 0;
         for (double sec : res[kOurs].seconds) total += sec;
         state.SetIterationTime(total);

@@ -404,6 +404,36 @@ VTX_STS_T foldInto(void *pLocale, bool upper, char *dst, const char *src, size_t
     VtxLocale *l = toLocale(pLocale);
     if (!fastAsciiCase(l)) return foldFull(l, upper, dst, src, capacity);
     const auto &table = upper ? kAsciiUpper : kAsciiLower;
+    const size_t n = std::strlen(src);
+    if (n < capacity) {
+        // Names are folded for every lookup of the member index: eight bytes
+        // at a time while they are ASCII.  A letter of the other case is one
+        // whose byte lies in [first, last], and it differs by 0x20.
+        constexpr uint64_t kOnes = 0x0101010101010101ull, kHigh = 0x8080808080808080ull;
+        const uint64_t first = upper ? 'a' : 'A', last = upper ? 'z' : 'Z';
+        size_t i = 0;
+        for (; i + 8 <= n; i += 8) {
+            uint64_t x;
+            std::memcpy(&x, src + i, 8);
+            // Not ASCII: ICU decides.  The ASCII prefix already written maps
+            // to itself, so an in-place fold stays right.
+            if (x & kHigh) return foldFull(l, upper, dst, src, capacity);
+            // Bytes below 0x80 plus these offsets set their own top bit
+            // exactly when they are at least `first` (above `last`), and
+            // never carry into the next byte.
+            const uint64_t atLeastFirst = x + (0x80 - first) * kOnes;
+            const uint64_t aboveLast = x + (0x80 - last - 1) * kOnes;
+            x ^= ((atLeastFirst & ~aboveLast) & kHigh) >> 2;
+            std::memcpy(dst + i, &x, 8);
+        }
+        for (; i < n; ++i) {
+            const unsigned char c = static_cast<unsigned char>(src[i]);
+            if (c & 0x80) return foldFull(l, upper, dst, src, capacity);
+            dst[i] = static_cast<char>(table[c]);
+        }
+        dst[n] = '\0';
+        return VTX_STS_OK;
+    }
     size_t i = 0;
     for (;; ++i) {
         unsigned char c = static_cast<unsigned char>(src[i]);

@@ -70,14 +70,23 @@ inline bool place(VTX_PEXTENDED_HASH_T h, ChainIt &it, HASH_NUM_T num, HASH_POS_
     return num != NODE_INDEX_NA && num != NODE_INDEX_DEL && extendedHashInitIterator(h, it.it(), num, pos) == 0;
 }
 
+// Looks the key up and places the iterator, in one probe: num is
+// NODE_INDEX_NA when the key is absent, and the iterator then untouched.
+inline VTX_STS_T lookupOn(VTX_PEXTENDED_HASH_T h, const char *key, HASH_NUM_T &num, HASH_POS_T &pos, ChainIt &it) {
+    num = NODE_INDEX_DEL;
+    pos = NODE_INDEX_DEL;
+    VTX_STS_T sts = extendedHashGetPosAndIterator(h, key, &num, &pos, it.it());
+    if (sts) num = NODE_INDEX_NA;
+    return sts;
+}
+
 // Looks the key up and places the iterator; false for an absent key or a
 // failed lookup (both read as "no owner").
 bool placeOn(VTX_PEXTENDED_HASH_T h, const char *key, ChainIt &it) {
     if (!h || !key) return false;
     HASH_NUM_T num;
     HASH_POS_T pos;
-    if (lookup(h, key, num, pos)) return false;
-    return place(h, it, num, pos);
+    return lookupOn(h, key, num, pos, it) == 0 && num != NODE_INDEX_NA;
 }
 
 // Whether a member-name match with these option bits takes a member.
@@ -145,6 +154,69 @@ VTX_POTLDUPNAME_T matchDup(vTX_PNETCTX_T ctx, VTX_POTL_T o, void *it, const char
     return cmp == 0 ? dupAt(o, it) : nullptr;
 }
 
+// ---- the chain filter ------------------------------------------------------------
+
+// The chain filter of otlMatchHashString.  Inlined into the finds, which
+// call it with most arguments constant: a plain find by name then tests
+// only what applies to it.
+[[gnu::always_inline]] inline VTX_POTLMBR_T matchHashString(vTX_PNETCTX_T pNetCtx, VTX_POTL_T pOutline, void *it,
+                                                            VTX_CSTR_T pszString, VTX_CSTR_T pszParent,
+                                                            VTX_BOOL_T fCaseSensitive, VTX_BOOL_T fMember,
+                                                            VTX_BOOL_T fAlias, VTX_USHORT_T usOption,
+                                                            VTX_USHORT_T usAliasTable, VTX_POTLMBR_T pRequiredDim,
+                                                            VTX_SHORT_T *psCmp) {
+    VTX_SHORT_T scratch;
+    if (!psCmp) psCmp = &scratch;
+    *psCmp = 1;
+    if (!pOutline || !it) return nullptr;
+    vTX_PNETCTX_T ctx = ctxOf(pNetCtx, pOutline);
+    const bool anyAlias = fAlias && usAliasTable == 0;
+    for (;; (void)extendedHashItIncrement(it)) {
+        VTX_STR_T str;
+        VTX_ULONG_T idx;
+        void *owner;
+        if (!extendedHashItGetEntry(it, &str, &idx, &owner)) break;
+        *psCmp = 0;
+        if (idx == NODE_INDEX_NA || !str) continue;
+        if (fCaseSensitive && pszString && otlStrcmp(ctx, pszString, str) != 0) continue;
+        VTX_POTLMBR_T m = owner ? static_cast<VTX_POTLMBR_T>(owner) : ownerOf(pOutline, it, itemAt(pOutline, idx));
+        if (!m) continue;
+        // A member's name entry is keyed by the record's own name text, so
+        // the record (fetched with the node) tells it without the item.
+        const VTX_USHORT_T t = str == m->MbrInfo.szMember ? 0 : itemAt(pOutline, idx)->usAliasTable;
+        const bool asName = fMember && t == 0;
+        if (pszParent) {
+            if (!asName && (!fAlias || (anyAlias ? t == 0 : t != usAliasTable))) continue;
+            VTX_POTLMBR_T parent = m->pParent;
+            if (!parent || parent->MbrInfo.usGen == 0 || !parent->MbrInfo.szMember ||
+                !sameText(ctx, parent->MbrInfo.szMember, pszParent, fCaseSensitive))
+                continue;
+        } else if (isAttrMember(m)) {
+            if (!asName) {
+                if (anyAlias ? t == 0 : (!fAlias || t == 0 || t != usAliasTable)) continue;
+            } else {
+                // A typed attribute answers a member-name query by its long
+                // name only; its hashed short name is for
+                // otlFindAttributeMember.
+                const VTX_USHORT_T type = L(m)->MbrInfo.Attribute.usDataType;
+                if (type != VTX_ATTR_NONE && type != VTX_ATTR_STRING &&
+                    !(pszString && m->MbrInfo.szMember && sameText(ctx, pszString, m->MbrInfo.szMember, fCaseSensitive)))
+                    continue;
+            }
+        } else if (!asName) {
+            // With any table asked for, a member-name entry answers too: a
+            // name or an alias is found in one walk.
+            if (!anyAlias && (!fAlias || t != usAliasTable)) continue;
+        } else if (!optionTakes(usOption, otlGetShare(m))) {
+            continue;
+        }
+        if (pRequiredDim && otlGetDim(m) != pRequiredDim) continue;
+        return m;
+    }
+    *psCmp = 1;
+    return nullptr;
+}
+
 // ---- paths ---------------------------------------------------------------------
 
 VTX_STS_T findSimpleName(vTX_PNETCTX_T ctx, VTX_POTL_T o, const char *name, bool fFirst,
@@ -158,36 +230,22 @@ bool isPathFormatError(VTX_STS_T sts) {
            sts == VTX_STS_TEXT_TOO_LONG;
 }
 
-// The lookup behind otlHashFindItemByNameEx, without its reporting.
-// literal: the text is a name even where it would read as a path.
-VTX_STS_T findByName(vTX_PNETCTX_T ctx, VTX_POTL_T o, const char *psz, const char *pszParent, bool fMember,
-                     bool fAlias, bool fFirst, VTX_USHORT_T usOption, VTX_USHORT_T usAliasTable,
-                     VTX_POTLMBR_T pRequiredDim, VTX_POTLMBR_T *ppItem, HASH_NUM_T &num, HASH_POS_T &pos,
-                     bool literal) {
-    *ppItem = nullptr;
-    num = NODE_INDEX_DEL;
-    pos = NODE_INDEX_DEL;
-    if (!psz || !o->pExtendedHashTable) return 0;
-    const bool direct = !o->bNonUniqueName || (fAlias && usAliasTable == 2);
-    if (direct) {
-        VTX_STS_T sts = lookup(o->pExtendedHashTable, psz, num, pos);
-        if (sts) return sts;
-        ChainIt it;
-        if (!place(o->pExtendedHashTable, it, num, pos)) {
-            // An unknown text that reads as a path names a member by its
-            // ancestors; one that only looks like it is simply unknown.
-            if (o->bNonUniqueName || literal || !otl::otlLooksLikePath(psz)) return 0;
-            otl::NameScratch scratch(ctx);
-            sts = findCombined(ctx, o, psz, fMember, fAlias, fFirst, usAliasTable, pRequiredDim, ppItem, scratch);
-            return isPathFormatError(sts) ? 0 : sts;
-        }
-        VTX_SHORT_T cmp = 1;
-        *ppItem = otlMatchHashString(ctx, o, it.it(), psz, pszParent, o->fCaseSensitive, fMember, fAlias, usOption,
-                                     usAliasTable, pRequiredDim, &cmp);
-        return 0;
-    }
-    // An outline of duplicate names: parent and name make one path.  The
-    // buffers serve the whole chain of lookups below.
+// An unknown text that reads as a path names a member by its ancestors; one
+// that only looks like it is simply unknown.
+[[gnu::noinline]] VTX_STS_T findUnknownAsPath(vTX_PNETCTX_T ctx, VTX_POTL_T o, const char *psz, bool fMember,
+                                              bool fAlias, bool fFirst, VTX_USHORT_T usAliasTable,
+                                              VTX_POTLMBR_T pRequiredDim, VTX_POTLMBR_T *ppItem, bool literal) {
+    if (o->bNonUniqueName || literal || !otl::otlLooksLikePath(psz)) return 0;
+    otl::NameScratch scratch(ctx);
+    VTX_STS_T sts = findCombined(ctx, o, psz, fMember, fAlias, fFirst, usAliasTable, pRequiredDim, ppItem, scratch);
+    return isPathFormatError(sts) ? 0 : sts;
+}
+
+// The lookup of an outline of duplicate names: parent and name make one
+// path.  The buffers serve the whole chain of lookups below.
+[[gnu::noinline]] VTX_STS_T findAsPath(vTX_PNETCTX_T ctx, VTX_POTL_T o, const char *psz, const char *pszParent,
+                                       bool fMember, bool fAlias, bool fFirst, VTX_USHORT_T usAliasTable,
+                                       VTX_POTLMBR_T pRequiredDim, VTX_POTLMBR_T *ppItem, bool literal) {
     otl::NameScratch built(ctx), parsed(ctx);
     VTX_STS_T sts = otl::otlBuildPath(pszParent, false, psz, literal, built);
     if (sts == VTX_STS_PATH_NOT_COMBINED) {
@@ -204,6 +262,33 @@ VTX_STS_T findByName(vTX_PNETCTX_T ctx, VTX_POTL_T o, const char *psz, const cha
     }
     if (sts) return sts;
     return findCombined(ctx, o, built.data(), fMember, fAlias, fFirst, usAliasTable, pRequiredDim, ppItem, parsed);
+}
+
+// The lookup behind otlHashFindItemByNameEx, without its reporting.
+// literal: the text is a name even where it would read as a path.  Inlined,
+// so that a find by plain name keeps only the tests that apply to it.
+[[gnu::always_inline]] inline VTX_STS_T findByName(vTX_PNETCTX_T ctx, VTX_POTL_T o, const char *psz,
+                                                   const char *pszParent, bool fMember, bool fAlias, bool fFirst,
+                                                   VTX_USHORT_T usOption, VTX_USHORT_T usAliasTable,
+                                                   VTX_POTLMBR_T pRequiredDim, VTX_POTLMBR_T *ppItem,
+                                                   HASH_NUM_T &num, HASH_POS_T &pos, bool literal) {
+    *ppItem = nullptr;
+    num = NODE_INDEX_DEL;
+    pos = NODE_INDEX_DEL;
+    if (!psz || !o->pExtendedHashTable) return 0;
+    const bool direct = !o->bNonUniqueName || (fAlias && usAliasTable == 2);
+    if (!direct)
+        return findAsPath(ctx, o, psz, pszParent, fMember, fAlias, fFirst, usAliasTable, pRequiredDim, ppItem,
+                          literal);
+    ChainIt it;
+    VTX_STS_T sts = lookupOn(o->pExtendedHashTable, psz, num, pos, it);
+    if (sts) return sts;
+    if (num == NODE_INDEX_NA)
+        return findUnknownAsPath(ctx, o, psz, fMember, fAlias, fFirst, usAliasTable, pRequiredDim, ppItem, literal);
+    VTX_SHORT_T cmp = 1;
+    *ppItem = matchHashString(ctx, o, it.it(), psz, pszParent, o->fCaseSensitive, fMember, fAlias, usOption,
+                              usAliasTable, pRequiredDim, &cmp);
+    return 0;
 }
 
 // A plain name among member names: the one unshared member bearing it, in
@@ -445,11 +530,6 @@ VTX_STS_T otlHashInit(vTX_PNETCTX_T pNetCtx, VTX_POTL_T pOutline) {
     vTX_PNETCTX_T ctx = ctxOf(pNetCtx, pOutline);
     VTX_STS_T sts = extendedHashInitWithSize(&pOutline->pExtendedHashTable, ctx, pOutline->pLocale,
                                              expectedStrings(ctx, pOutline), 0);
-    // A find reads the record's flags and, to tell attribute members apart,
-    // its category, which lies further in: fetch up to there with the node.
-    if (!sts)
-        extendedHashSetOwnerSpan(pOutline->pExtendedHashTable,
-                                 offsetof(VTX_OTLMBRLARGE_T, MbrInfo.usCategory) + sizeof(VTX_USHORT_T));
     // The count of repeated texts is made with the first repeat when names
     // must be unique: an outline of unique names never needs it, and it
     // costs some 3 MB.
@@ -754,55 +834,8 @@ VTX_POTLMBR_T otlMatchHashString(vTX_PNETCTX_T pNetCtx, VTX_POTL_T pOutline, voi
                                  VTX_CSTR_T pszParent, VTX_BOOL_T fCaseSensitive, VTX_BOOL_T fMember,
                                  VTX_BOOL_T fAlias, VTX_USHORT_T usOption, VTX_USHORT_T usAliasTable,
                                  VTX_POTLMBR_T pRequiredDim, VTX_SHORT_T *psCmp) {
-    VTX_SHORT_T scratch;
-    if (!psCmp) psCmp = &scratch;
-    *psCmp = 1;
-    if (!pOutline || !it) return nullptr;
-    vTX_PNETCTX_T ctx = ctxOf(pNetCtx, pOutline);
-    const bool anyAlias = fAlias && usAliasTable == 0;
-    for (; !extendedHashItEnd(it); (void)extendedHashItIncrement(it)) {
-        *psCmp = 0;
-        const VTX_ULONG_T idx = extendedHashItGetHashItemIndex(it);
-        const char *str = extendedHashItGetStr(it);
-        if (idx == NODE_INDEX_NA || !str) continue;
-        if (fCaseSensitive && pszString && otlStrcmp(ctx, pszString, str) != 0) continue;
-        VTX_POTLHASHITEM_T_EXT item = itemAt(pOutline, idx);
-        VTX_POTLMBR_T m = ownerOf(pOutline, it, item);
-        if (!m) continue;
-        // A member's name entry is keyed by the record's own name text, so
-        // the record (fetched with the node) tells it without the item.
-        const VTX_USHORT_T t = str == m->MbrInfo.szMember ? 0 : item->usAliasTable;
-        const bool asName = fMember && t == 0;
-        if (pszParent) {
-            if (!asName && (!fAlias || (anyAlias ? t == 0 : t != usAliasTable))) continue;
-            VTX_POTLMBR_T parent = m->pParent;
-            if (!parent || parent->MbrInfo.usGen == 0 || !parent->MbrInfo.szMember ||
-                !sameText(ctx, parent->MbrInfo.szMember, pszParent, fCaseSensitive))
-                continue;
-        } else if (isAttrMember(m)) {
-            if (!asName) {
-                if (anyAlias ? t == 0 : (!fAlias || t == 0 || t != usAliasTable)) continue;
-            } else {
-                // A typed attribute answers a member-name query by its long
-                // name only; its hashed short name is for
-                // otlFindAttributeMember.
-                const VTX_USHORT_T type = L(m)->MbrInfo.Attribute.usDataType;
-                if (type != VTX_ATTR_NONE && type != VTX_ATTR_STRING &&
-                    !(pszString && m->MbrInfo.szMember && sameText(ctx, pszString, m->MbrInfo.szMember, fCaseSensitive)))
-                    continue;
-            }
-        } else if (!asName) {
-            // With any table asked for, a member-name entry answers too: a
-            // name or an alias is found in one walk.
-            if (!anyAlias && (!fAlias || t != usAliasTable)) continue;
-        } else if (!optionTakes(usOption, otlGetShare(m))) {
-            continue;
-        }
-        if (pRequiredDim && otlGetDim(m) != pRequiredDim) continue;
-        return m;
-    }
-    *psCmp = 1;
-    return nullptr;
+    return matchHashString(pNetCtx, pOutline, it, pszString, pszParent, fCaseSensitive, fMember, fAlias, usOption,
+                           usAliasTable, pRequiredDim, psCmp);
 }
 
 VTX_POTLMBR_T otlMatchHashStringAttribute(vTX_PNETCTX_T pNetCtx, VTX_POTL_T pOutline, void *it, VTX_CSTR_T pszString,
@@ -1690,7 +1723,8 @@ VTX_STS_T findAnswer(const otl::CallFrame &f, VTX_STS_T sts, VTX_POTLMBR_T m, co
 }
 
 // A member by name or alias, as the plain finds look for it.
-VTX_STS_T findNameOrAlias(VTX_POTL_T o, const char *text, VTX_USHORT_T usOption, VTX_POTLMBR_T *ppItem) {
+[[gnu::always_inline]] inline VTX_STS_T findNameOrAlias(VTX_POTL_T o, const char *text, VTX_USHORT_T usOption,
+                                                        VTX_POTLMBR_T *ppItem) {
     vTX_PNETCTX_T ctx = o->pNetCtx;
     HASH_NUM_T num;
     HASH_POS_T pos;

@@ -80,6 +80,11 @@ struct ExtendedHash::Probe {
     unsigned int crc;
     VTX_ULONG_T h2;
     bool haveH2;
+    VTX_ULONG_T head = NODE_INDEX_NA;  // on a hit: the chain's head node
+    uint8_t tag = 0;                   // tagOf(crc)
+    // The key is ASCII and folds letter by letter (see asciiFoldsPlainly):
+    // keyForHash is the key itself, read upper-cased, and crc is known.
+    bool asciiUpper = false;
 };
 
 // ---- hash values ------------------------------------------------------------
@@ -89,12 +94,29 @@ unsigned int ExtendedHash::crcOf(const char *text, size_t len) {
 }
 
 VTX_ULONG_T ExtendedHash::secondHash(const char *text, size_t len) {
+    // Bytes count as signed here, unlike in the CRC.
+    auto step = [](uint64_t h, char c) {
+        return (h >> 27) ^ (h << 5) ^ static_cast<uint64_t>(static_cast<int64_t>(static_cast<signed char>(c)));
+    };
     uint64_t h = len;
-    for (size_t i = 0; i < len; ++i) {
-        // Bytes count as signed here, unlike in the CRC.
-        int64_t b = static_cast<signed char>(text[i]);
-        h = (h >> 27) ^ (h << 5) ^ static_cast<uint64_t>(b);
-    }
+    size_t i = 0;
+    for (; i + 4 <= len; i += 4)
+        h = step(step(step(step(h, text[i]), text[i + 1]), text[i + 2]), text[i + 3]);
+    for (; i < len; ++i) h = step(h, text[i]);
+    return static_cast<VTX_ULONG_T>(h);
+}
+
+VTX_ULONG_T ExtendedHash::secondHashUpperAscii(const char *text, size_t len) {
+    // As secondHash over the text's ASCII upper-case form.
+    auto step = [](uint64_t h, char c) {
+        const uint64_t b = static_cast<uint64_t>(c >= 'a' && c <= 'z' ? c - 0x20 : c);
+        return (h >> 27) ^ (h << 5) ^ b;
+    };
+    uint64_t h = len;
+    size_t i = 0;
+    for (; i + 4 <= len; i += 4)
+        h = step(step(step(step(h, text[i]), text[i + 1]), text[i + 2]), text[i + 3]);
+    for (; i < len; ++i) h = step(h, text[i]);
     return static_cast<VTX_ULONG_T>(h);
 }
 
@@ -127,6 +149,7 @@ ExtendedHash::ExtendedHash(vTX_PNETCTX_T ctx, void *locale, VTX_ULONG_T numberOf
       fCaseSensitive(caseSensitive ? 1 : 0),
       pfnCompareFunc(caseSensitive ? otlStrcmp : otlStricmp),
       crcTable(&CRC::CRC32::instance()) {
+    asciiPlainFold = !fCaseSensitive && asciiFoldsPlainly();
     VTX_ULONG_T doubled = originalNumOfElements * 2u;  // 32-bit on purpose
     if (!addTable(primeAbove(doubled)) || !hashNodesContainer.allocate(INITIAL_NODES, 0)) {
         clear();
@@ -138,7 +161,10 @@ ExtendedHash::~ExtendedHash() { clear(); }
 
 void ExtendedHash::clear() {
     for (FastHugeArray<unsigned int> *t : tables) vtxeh::deleteObject(t);
-    for (TableAux &aux : tableAux) vtxeh::deleteObject(aux.filter);
+    for (TableAux &aux : tableAux) {
+        vtxeh::deleteObject(aux.filter);
+        vtxeh::deleteObject(aux.tags);
+    }
     tables.clear();
     tableAux.clear();
     hashNodesContainer.deallocate();
@@ -146,6 +172,23 @@ void ExtendedHash::clear() {
     numOfElements = 0;
     lastIndexInContainer = 0;
     allMembersIt.finish();
+}
+
+bool ExtendedHash::asciiFoldsPlainly() const {
+    // Every ASCII character in one text: the locale folds ASCII plainly
+    // when each comes back as itself, letters a-z as A-Z.  An ASCII text
+    // has no context that could change that (the contextual rules of case
+    // mapping all involve characters beyond ASCII), so such a locale's fold
+    // of any ASCII key is known without asking it.
+    char in[128], out[2 * sizeof in + 1];
+    for (int c = 1; c < 128; ++c) in[c - 1] = static_cast<char>(c);
+    in[127] = '\0';
+    if (adGlobStrNToUpper(pLocale, out, in, sizeof out) != VTX_STS_OK) return false;
+    for (int c = 1; c < 128; ++c) {
+        const int expected = c >= 'a' && c <= 'z' ? c - 0x20 : c;
+        if (static_cast<unsigned char>(out[c - 1]) != expected) return false;
+    }
+    return out[127] == '\0';
 }
 
 bool ExtendedHash::fillFirstFilter() {
@@ -171,7 +214,8 @@ bool ExtendedHash::addTable(VTX_ULONG_T prime) {
     const uint32_t words = prime / 16 + 1;
     FastHugeArray<unsigned int> *t = vtxeh::newObject<FastHugeArray<unsigned int>>();
     FastHugeArray<uint64_t> *f = vtxeh::newObject<FastHugeArray<uint64_t>>();
-    bool ok = t && f;
+    FastHugeArray<uint8_t> *g = vtxeh::newObject<FastHugeArray<uint8_t>>();
+    bool ok = t && f && g;
     try {
         if (ok) {
             tables.reserve(tables.size() + 1);
@@ -180,15 +224,17 @@ bool ExtendedHash::addTable(VTX_ULONG_T prime) {
     } catch (const std::bad_alloc &) {
         ok = false;
     }
-    ok = ok && t->allocateLazyAllOnes(prime) && f->allocateLazyAllOnes(words);
+    ok = ok && t->allocateLazyAllOnes(prime) && f->allocateLazyAllOnes(words) &&
+         g->allocateLazyAllOnes(prime);
     if (!ok) {
         vtxeh::deleteObject(t);
         vtxeh::deleteObject(f);
+        vtxeh::deleteObject(g);
         return false;
     }
     tables.push_back(t);
     const uint32_t salt = static_cast<uint32_t>(tables.size()) * 0x9E3779B9u;
-    tableAux.push_back(TableAux{modMultiplier(prime), f, modMultiplier(words), words, salt});
+    tableAux.push_back(TableAux{modMultiplier(prime), f, modMultiplier(words), words, salt, g});
     elemntsInLastHash = 0;
     return true;
 }
@@ -234,20 +280,14 @@ void ExtendedHash::releaseFold(char *buf, char *stackBuf) const {
 inline bool ExtendedHash::keysEqual(Probe &probe, const VTX_OTL_HASH_NODE_T &node) const {
     // Keys of one chain share their CRC; nearly every other key is turned
     // away here without reading its text.
-    if (node.ulKeyCrc != probe.crc) return false;
-    // Very likely a hit: start fetching the owner while the text is read.
-    if (node.pOwner) {
-        const char *owner = static_cast<const char *>(node.pOwner);
-        for (uint32_t at = 0; at < ownerSpan; at += 64) __builtin_prefetch(owner + at);
-    }
-    return textsEqual(probe, node);
+    if (node.ulKeyCrc != probe.crc || !node.str) return false;
+    // The same bytes are the same key under either rule; only a
+    // case-insensitive hash has more to ask when they differ.
+    if (std::strcmp(probe.key, node.str) == 0) return true;
+    return !fCaseSensitive && foldedEqual(probe, node);
 }
 
-bool ExtendedHash::textsEqual(Probe &probe, const VTX_OTL_HASH_NODE_T &node) const {
-    if (!node.str) return false;
-    // The case-sensitive comparison is binary; equality needs no call out.
-    if (fCaseSensitive) return std::strcmp(probe.key, node.str) == 0;
-    if (std::strcmp(probe.key, node.str) == 0) return true;
+bool ExtendedHash::foldedEqual(Probe &probe, const VTX_OTL_HASH_NODE_T &node) const {
     // Equal ignoring case exactly when the upper-case forms are equal, and
     // the probe's form is at hand already.
     char stackBuf[FOLD_STACK_BYTES];
@@ -257,7 +297,15 @@ bool ExtendedHash::textsEqual(Probe &probe, const VTX_OTL_HASH_NODE_T &node) con
             VTX_STS_OK ||
         !folded)
         return pfnCompareFunc(pNetCtx, probe.key, node.str) == 0;
-    bool equal = foldedLen == probe.keySize && std::memcmp(folded, probe.keyForHash, foldedLen) == 0;
+    bool equal = foldedLen == probe.keySize;
+    if (equal && probe.asciiUpper) {
+        for (size_t i = 0; equal && i < foldedLen; ++i) {
+            const char c = probe.key[i];
+            equal = folded[i] == (c >= 'a' && c <= 'z' ? c - 0x20 : c);
+        }
+    } else if (equal) {
+        equal = std::memcmp(folded, probe.keyForHash, foldedLen) == 0;
+    }
     releaseFold(folded, stackBuf);
     return equal;
 }
@@ -269,6 +317,7 @@ ExtendedHash::Found ExtendedHash::findQuadratic(Probe &probe, HASH_NUM_T hashNum
     // The first slot (pos, holding value) did not decide: it holds another
     // key, or an emptied chain.
     const FastHugeArray<unsigned int> &table = *tables[hashNum];
+    const FastHugeArray<uint8_t> &tags = *tableAux[hashNum].tags;
     const uint32_t tableSize = static_cast<uint32_t>(table.getSize());
     const uint64_t mod = tableAux[hashNum].slotMod;
     uint32_t firstFree = NODE_INDEX_NA;
@@ -278,7 +327,8 @@ ExtendedHash::Found ExtendedHash::findQuadratic(Probe &probe, HASH_NUM_T hashNum
         haveFree = true;
     }
     if (!probe.haveH2) {
-        probe.h2 = secondHash(probe.keyForHash, probe.keySize);
+        probe.h2 = probe.asciiUpper ? secondHashUpperAscii(probe.key, probe.keySize)
+                                    : secondHash(probe.keyForHash, probe.keySize);
         probe.haveH2 = true;
     }
     pos = pos + probe.h2;
@@ -294,8 +344,9 @@ ExtendedHash::Found ExtendedHash::findQuadratic(Probe &probe, HASH_NUM_T hashNum
                 firstFree = pos;
                 haveFree = true;
             }
-        } else if (keysEqual(probe, hashNodesContainer[value])) {
+        } else if (tags[pos] == probe.tag && keysEqual(probe, hashNodesContainer[value])) {
             hashPos = pos;
+            probe.head = value;
             return Found::Yes;
         }
         if (k > limit) {
@@ -309,26 +360,53 @@ ExtendedHash::Found ExtendedHash::findQuadratic(Probe &probe, HASH_NUM_T hashNum
     return Found::Free;
 }
 
-VTX_STS_T ExtendedHash::lookup(const char *key, HASH_NUM_T &hashNum, HASH_POS_T &hashPos,
-                               unsigned int *pCrc) const {
-    hashNum = NODE_INDEX_NA;
-    Probe probe{key, key, std::strlen(key), 0, 0, false};
-    if (!fCaseSensitive) return lookupFolded(probe, hashNum, hashPos, pCrc);
-    search(probe, hashNum, hashPos);
-    if (pCrc) *pCrc = probe.crc;
+// Folds the probe's key for hashing.  Upper-casing may lengthen a text, to
+// twice its bytes as the locale service promises: a key whose fold may need
+// more than the stack buffer is folded in a buffer of its own, which *ppHeap
+// hands back for releaseFold.
+inline VTX_STS_T ExtendedHash::foldKey(Probe &probe, char *stackBuf, char **ppHeap) const {
+    probe.keySize = std::strlen(probe.key);
+    if (asciiPlainFold && crcTable->crcUpperAscii(probe.key, probe.keySize, &probe.crc)) {
+        probe.asciiUpper = true;
+        return VTX_STS_OK;
+    }
+    if (2 * probe.keySize + 1 <= FOLD_STACK_BYTES &&
+        adGlobStrNToUpper(pLocale, stackBuf, probe.key, 2 * probe.keySize + 1) == VTX_STS_OK) {
+        probe.keyForHash = stackBuf;
+        probe.keySize = std::strlen(stackBuf);
+        return VTX_STS_OK;
+    }
+    return foldLongKey(probe, stackBuf, ppHeap);
+}
+
+VTX_STS_T ExtendedHash::foldLongKey(Probe &probe, char *stackBuf, char **ppHeap) const {
+    char *folded = nullptr;
+    VTX_STS_T sts = foldInto(probe.key, probe.keySize, stackBuf, FOLD_STACK_BYTES, &folded, &probe.keySize);
+    if (sts != VTX_STS_OK) return sts;
+    // A text the locale cannot fold is hashed by its bytes.
+    if (folded) probe.keyForHash = folded;
+    if (folded != stackBuf) *ppHeap = folded;
     return VTX_STS_OK;
 }
 
-VTX_STS_T ExtendedHash::lookupFolded(Probe &probe, HASH_NUM_T &hashNum, HASH_POS_T &hashPos,
-                                     unsigned int *pCrc) const {
-    char stackBuf[FOLD_STACK_BYTES];
-    char *folded = nullptr;
-    VTX_STS_T sts = foldInto(probe.key, probe.keySize, stackBuf, sizeof stackBuf, &folded, &probe.keySize);
-    if (sts != VTX_STS_OK) return sts;
-    if (folded) probe.keyForHash = folded;
-    search(probe, hashNum, hashPos);
+[[gnu::always_inline]] inline VTX_STS_T ExtendedHash::lookup(const char *key, HASH_NUM_T &hashNum,
+                                                             HASH_POS_T &hashPos, unsigned int *pCrc,
+                                                             VTX_ULONG_T *pHead) const {
+    hashNum = NODE_INDEX_NA;
+    Probe probe{key, key, 0, 0, 0, false};
+    if (fCaseSensitive) {
+        probe.keySize = std::strlen(key);
+        search(probe, hashNum, hashPos);
+    } else {
+        char stackBuf[FOLD_STACK_BYTES];
+        char *heapBuf = nullptr;
+        VTX_STS_T sts = foldKey(probe, stackBuf, &heapBuf);
+        if (sts != VTX_STS_OK) return sts;
+        search(probe, hashNum, hashPos);
+        if (heapBuf) releaseFold(heapBuf, stackBuf);
+    }
     if (pCrc) *pCrc = probe.crc;
-    releaseFold(folded, stackBuf);
+    if (pHead) *pHead = probe.head;
     return VTX_STS_OK;
 }
 
@@ -339,8 +417,10 @@ inline ExtendedHash::Found ExtendedHash::probeTable(Probe &probe, HASH_NUM_T g, 
         hashPos = pos;
         return Found::Free;
     }
-    if (value != NODE_INDEX_DEL && keysEqual(probe, hashNodesContainer[value])) {
+    if (value != NODE_INDEX_DEL && (*tableAux[g].tags)[pos] == probe.tag &&
+        keysEqual(probe, hashNodesContainer[value])) {
         hashPos = pos;
+        probe.head = value;
         return Found::Yes;
     }
     return findQuadratic(probe, g, pos, value, hashPos);
@@ -363,31 +443,27 @@ inline bool ExtendedHash::mayHold(unsigned int crc, HASH_NUM_T g) const {
     return ((*tableAux[g].filter)[w] & bits) == 0;
 }
 
-void ExtendedHash::search(Probe &probe, HASH_NUM_T &hashNum, HASH_POS_T &hashPos) const {
-    probe.crc = crcTable->crc(probe.keyForHash, probe.keySize);
-    // With no table at all there is no slot to offer either.
-    hashPos = NODE_INDEX_NA;
-    const HASH_NUM_T n = static_cast<HASH_NUM_T>(tables.size());
-    if (n == 0) return;
-    HASH_POS_T pos;
+[[gnu::always_inline]] inline void ExtendedHash::search(Probe &probe, HASH_NUM_T &hashNum,
+                                                        HASH_POS_T &hashPos) const {
+    if (!probe.asciiUpper) probe.crc = crcTable->crc(probe.keyForHash, probe.keySize);
+    probe.tag = tagOf(probe.crc);
+    const size_t n = tables.size();
     if (n == 1) {
-        // About one lookup in four goes on to the second slot.  Its place
-        // depends on the key alone, so ask for it now: its miss then
-        // overlaps the first slot's and node's instead of following them.
-        // (Over several tables the first slots of all of them are asked for
-        // at once below, and this would only add traffic.)
-        const FastHugeArray<unsigned int> &table = *tables[0];
-        const uint32_t tableSize = static_cast<uint32_t>(table.getSize());
+        // One table: its answer is the answer, found or where to insert.
+        HASH_POS_T pos;
         const uint32_t first = firstSlot(probe, 0);
-        probe.h2 = secondHash(probe.keyForHash, probe.keySize);
-        probe.haveH2 = true;
-        uint32_t second = first + probe.h2;
-        if (second >= tableSize) second = reduce(second, tableAux[0].slotMod, tableSize);
-        __builtin_prefetch(&table[second]);
         if (probeTable(probe, 0, first, pos) == Found::Yes) hashNum = 0;
         hashPos = pos;
         return;
     }
+    // With no table at all there is no slot to offer either.
+    hashPos = NODE_INDEX_NA;
+    if (n != 0) searchTables(probe, hashNum, hashPos);
+}
+
+void ExtendedHash::searchTables(Probe &probe, HASH_NUM_T &hashNum, HASH_POS_T &hashPos) const {
+    const HASH_NUM_T n = static_cast<HASH_NUM_T>(tables.size());
+    HASH_POS_T pos;
     // A key stands in one table only, so the order of the search does not
     // change its answer.  The table holding the most keys goes first: the
     // newest one once it has passed the half of the one before it (which
@@ -468,6 +544,7 @@ VTX_STS_T ExtendedHash::keyCrcOf(const char *key, unsigned int *pCrc) const {
         *pCrc = crcTable->crc(key, len);
         return VTX_STS_OK;
     }
+    if (asciiPlainFold && crcTable->crcUpperAscii(key, len, pCrc)) return VTX_STS_OK;
     char stackBuf[FOLD_STACK_BYTES];
     char *folded = nullptr;
     VTX_STS_T sts = foldInto(key, len, stackBuf, sizeof stackBuf, &folded, &len);
@@ -478,7 +555,15 @@ VTX_STS_T ExtendedHash::keyCrcOf(const char *key, unsigned int *pCrc) const {
 }
 
 VTX_STS_T ExtendedHash::getPos(const char *key, HASH_NUM_T &hashNum, HASH_POS_T &hashPos) const {
-    return lookup(key, hashNum, hashPos, nullptr);
+    return lookup(key, hashNum, hashPos, nullptr, nullptr);
+}
+
+VTX_STS_T ExtendedHash::getPos(const char *key, HASH_NUM_T &hashNum, HASH_POS_T &hashPos,
+                               ExtendedHashIterator &it) {
+    VTX_ULONG_T head = NODE_INDEX_NA;
+    VTX_STS_T sts = lookup(key, hashNum, hashPos, nullptr, &head);
+    if (sts == VTX_STS_OK && hashNum != NODE_INDEX_NA) it.initAt(this, hashNum, hashPos, head);
+    return sts;
 }
 
 // ---- inserting --------------------------------------------------------------
@@ -493,7 +578,8 @@ VTX_STS_T ExtendedHash::prepareInsert(HASH_NUM_T hNum, HASH_POS_T hPos, unsigned
                             : hashNodesContainer.reallocate(have + NODE_GROWTH, 0);
         if (!ok) return vtxehNoMemory(pNetCtx, "setItemInPos");
     }
-    if (!tables[hNum]->materialize(hPos)) return vtxehNoMemory(pNetCtx, "setItemInPos");
+    if (!tables[hNum]->materialize(hPos) || !tableAux[hNum].tags->materialize(hPos))
+        return vtxehNoMemory(pNetCtx, "setItemInPos");
     // A new head also marks its key in the table's filter (a lone table's
     // filter is made when a second table comes).
     uint64_t bits;
@@ -518,6 +604,7 @@ void ExtendedHash::setItemInPos(VTX_ULONG_T hashItemIndex, const char *key, HASH
         keyCrc = head.ulKeyCrc;
     } else {
         table[hPos] = newIndex;
+        (*tableAux[hNum].tags)[hPos] = tagOf(keyCrc);
         // Only a search over several tables asks the filters, and a lone
         // table's filter is made from the nodes when a second one comes: an
         // insert into it saves the filter's cache miss.
@@ -544,7 +631,7 @@ VTX_STS_T ExtendedHash::insert(VTX_ULONG_T hashItemIndex, const char *key, HASH_
     unsigned int keyCrc = 0;
     bool haveCrc = false;
     if (hNum == NODE_INDEX_DEL) {
-        VTX_STS_T sts = lookup(key, hNum, hPos, &keyCrc);
+        VTX_STS_T sts = lookup(key, hNum, hPos, &keyCrc, nullptr);
         if (sts != VTX_STS_OK) return sts;
         haveCrc = true;
     }
@@ -592,7 +679,7 @@ VTX_STS_T ExtendedHash::insert(VTX_ULONG_T hashItemIndex, const char *key, HASH_
         // No table, or no room on the key's path in the newest one: the new,
         // empty table takes it.
         HASH_NUM_T num;
-        sts = lookup(key, num, hPos, nullptr);
+        sts = lookup(key, num, hPos, nullptr, nullptr);
         if (sts != VTX_STS_OK) return sts;
         hNum = static_cast<HASH_NUM_T>(tables.size() - 1);
         sts = prepareInsert(hNum, hPos, keyCrc);
@@ -619,7 +706,8 @@ VTX_STR_T ExtendedHash::getStrInIndex(VTX_ULONG_T nodeIndex) {
 size_t ExtendedHash::blocksHeld() const {
     size_t n = hashNodesContainer.blockCount();
     for (const FastHugeArray<unsigned int> *t : tables) n += t->materializedBlockCount();
-    for (const TableAux &aux : tableAux) n += aux.filter->materializedBlockCount();
+    for (const TableAux &aux : tableAux)
+        n += aux.filter->materializedBlockCount() + aux.tags->materializedBlockCount();
     return n;
 }
 
@@ -660,8 +748,11 @@ VTX_STS_T ExtendedHash::copy(const ExtendedHash &other) {
         newTables.push_back(t);
         TableAux aux = other.tableAux[g];
         aux.filter = vtxeh::newObject<FastHugeArray<uint64_t>>();
-        if (!aux.filter || !aux.filter->copy(*other.tableAux[g].filter)) {
+        aux.tags = vtxeh::newObject<FastHugeArray<uint8_t>>();
+        if (!aux.filter || !aux.filter->copy(*other.tableAux[g].filter) || !aux.tags ||
+            !aux.tags->copy(*other.tableAux[g].tags)) {
             vtxeh::deleteObject(aux.filter);
+            vtxeh::deleteObject(aux.tags);
             ok = false;
             break;
         }
@@ -677,7 +768,10 @@ VTX_STS_T ExtendedHash::copy(const ExtendedHash &other) {
     }
     if (!ok) {
         for (FastHugeArray<unsigned int> *t : newTables) vtxeh::deleteObject(t);
-        for (TableAux &aux : newAux) vtxeh::deleteObject(aux.filter);
+        for (TableAux &aux : newAux) {
+            vtxeh::deleteObject(aux.filter);
+            vtxeh::deleteObject(aux.tags);
+        }
         return vtxehNoMemory(pNetCtx, "ExtendedHash::copy");
     }
     clear();
@@ -694,6 +788,7 @@ VTX_STS_T ExtendedHash::copy(const ExtendedHash &other) {
     pLocale = other.pLocale;
     crcTable = other.crcTable;
     fCaseSensitive = other.fCaseSensitive;
+    asciiPlainFold = other.asciiPlainFold;
     pfnCompareFunc = other.pfnCompareFunc;
     return VTX_STS_OK;
 }
@@ -701,10 +796,13 @@ VTX_STS_T ExtendedHash::copy(const ExtendedHash &other) {
 // ---- chain iterator -----------------------------------------------------------
 
 void ExtendedHashIterator::init(ExtendedHash *hash, HASH_NUM_T num, HASH_POS_T pos) {
+    initAt(hash, num, pos, hash->slot(num, pos));
+}
+
+inline void ExtendedHashIterator::initAt(ExtendedHash *hash, HASH_NUM_T num, HASH_POS_T pos, VTX_ULONG_T head) {
     extendedHash = hash;
     hashNum = num;
     hashPos = pos;
-    VTX_ULONG_T head = hash->slot(num, pos);
     otlHashNode = hash->getHashNodeFromHashNodesContainer(head);
     firstOtlHashNode = otlHashNode;
     otlHashNodeIndex = otlHashNode ? head : NODE_INDEX_NA;

@@ -7,13 +7,18 @@
 // tables stay as they are, and a lookup searches them all.  A key stands in
 // one table only, so the order of that search never changes its answer; it
 // is chosen for speed, and a small presence filter per table lets it pass
-// over most tables without touching their slots.  Tables and nodes live in
-// block arrays: nothing moves, and a node index is valid for the life of
-// the hash.
+// over most tables without touching their slots.  Beside each slot a byte
+// of its key's CRC lets a probe pass another key's slot without reading its
+// node.  Tables and nodes live in block arrays: nothing moves, and a node
+// index is valid for the life of the hash.
 //
 // Slot numbers follow from the CRC of the (folded) key and a second hash by
 // fixed rules; they are persisted indirectly, so none of that arithmetic may
-// change.  The class is reached from plain code only through hashCWrapper.h.
+// change.  A case-insensitive hash folds with the locale service, the same
+// fold its comparison uses; only where the locale upper-cases ASCII letter
+// by letter (asked once) does it fold an ASCII key itself, on the way into
+// the CRC, which gives the very same bytes.  The class is reached from
+// plain code only through hashCWrapper.h.
 #ifndef VTX_EH_EXTENDEDHASH_H
 #define VTX_EH_EXTENDEDHASH_H
 
@@ -51,6 +56,8 @@ class ExtendedHashAllMembersIterator;
 class VTX_API ExtendedHashIterator {
 public:
     void init(ExtendedHash *hash, HASH_NUM_T num, HASH_POS_T pos);
+    // The same, for a chain whose head node a lookup has just found.
+    void initAt(ExtendedHash *hash, HASH_NUM_T num, HASH_POS_T pos, VTX_ULONG_T head);
     void init(ExtendedHashAllMembersIterator *allIt);
     ExtendedHashIterator &operator++();
     bool end() const { return otlHashNode == nullptr; }
@@ -111,16 +118,15 @@ public:
     ExtendedHash(const ExtendedHash &) = delete;
     ExtendedHash &operator=(const ExtendedHash &) = delete;
 
-    // pOwner is kept in the node for the caller; a lookup that meets the
-    // key asks the processor for the owner's first line while it confirms
-    // the text, since a caller that finds a key nearly always reads it.
+    // pOwner is kept in the node for the caller; the hash never reads it.
     [[nodiscard]] VTX_STS_T insert(VTX_ULONG_T hashItemIndex, const char *key, HASH_NUM_T &hNum,
                                    HASH_POS_T &hPos, void *pOwner = nullptr);
     [[nodiscard]] VTX_STS_T getPos(const char *key, HASH_NUM_T &hashNum, HASH_POS_T &hashPos) const;
+    // The same, and on a hit `it` placed on the key's chain (untouched
+    // otherwise): the lookup and the walk share one probe.
+    [[nodiscard]] VTX_STS_T getPos(const char *key, HASH_NUM_T &hashNum, HASH_POS_T &hashPos,
+                                   ExtendedHashIterator &it);
     VTX_ULONG_T size() const { return numOfElements; }
-    // How many bytes of an owner a lookup that meets its key prefetches
-    // (64 until set): as far as the caller's first reads of the owner go.
-    void setOwnerSpan(uint32_t bytes) { ownerSpan = bytes ? bytes : 1; }
     vTX_PNETCTX_T context() const { return pNetCtx; }
     // The embedded walk, restarted; *pSts tells whether it could start.
     ExtendedHashAllMembersIterator *getAllMembersIterator(VTX_STS_T *pSts);
@@ -144,6 +150,8 @@ public:
     // The two hash values of a text, exactly as the probe uses them.
     static unsigned int crcOf(const char *text, size_t len);
     static VTX_ULONG_T secondHash(const char *text, size_t len);
+    // secondHash of the ASCII upper-case form of an ASCII text.
+    static VTX_ULONG_T secondHashUpperAscii(const char *text, size_t len);
     // The remainder as the probe computes it (without dividing).
     static uint32_t remainder(uint32_t value, uint32_t divisor) {
         return reduce(value, modMultiplier(divisor), divisor);
@@ -157,6 +165,8 @@ private:
     enum class Found { Yes, Free, NoRoom };
 
     static uint64_t modMultiplier(uint32_t divisor) { return UINT64_MAX / divisor + 1; }
+    // Eight bits of a CRC, mixed so that they do not follow the slot number.
+    static uint8_t tagOf(unsigned int crc) { return static_cast<uint8_t>((crc * 0x9E3779B1u) >> 24); }
     // value % divisor, for every 32-bit value and divisor above 1.
     static uint32_t reduce(uint32_t value, uint64_t multiplier, uint32_t divisor) {
         uint64_t low = multiplier * value;
@@ -164,6 +174,9 @@ private:
     }
 
     VTX_EH_LOCAL bool addTable(VTX_ULONG_T prime);
+    // Whether the locale upper-cases every ASCII text letter by letter, a-z
+    // to A-Z and nothing else; asked once, at construction.
+    VTX_EH_LOCAL bool asciiFoldsPlainly() const;
     // Makes the first table's filter from the nodes; false when its blocks
     // are refused (the filter is still unused then).
     VTX_EH_LOCAL bool fillFirstFilter();
@@ -175,22 +188,28 @@ private:
     VTX_EH_LOCAL Found findQuadratic(Probe &probe, HASH_NUM_T hashNum, uint32_t pos,
                                      uint32_t value, HASH_POS_T &hashPos) const;
     VTX_EH_LOCAL void search(Probe &probe, HASH_NUM_T &hashNum, HASH_POS_T &hashPos) const;
+    // search() over two or more tables.
+    VTX_EH_LOCAL void searchTables(Probe &probe, HASH_NUM_T &hashNum, HASH_POS_T &hashPos) const;
     VTX_EH_LOCAL Found probeTable(Probe &probe, HASH_NUM_T g, uint32_t pos, HASH_POS_T &hashPos) const;
     VTX_EH_LOCAL uint32_t firstSlot(const Probe &probe, HASH_NUM_T g) const;
     // The filter word of a key in table g, and the two bits it clears there.
     VTX_EH_LOCAL uint32_t filterWord(unsigned int crc, HASH_NUM_T g, uint64_t *pBits) const;
     VTX_EH_LOCAL bool mayHold(unsigned int crc, HASH_NUM_T g) const;
-    [[nodiscard]] VTX_EH_LOCAL VTX_STS_T lookupFolded(Probe &probe, HASH_NUM_T &hashNum,
-                                                      HASH_POS_T &hashPos, unsigned int *pCrc) const;
+    // The key folded for hashing (see foldKey in the source); foldLongKey
+    // is its way for keys whose fold does not fit on the stack.
+    [[nodiscard]] VTX_EH_LOCAL VTX_STS_T foldKey(Probe &probe, char *stackBuf, char **ppHeap) const;
+    [[nodiscard]] VTX_EH_LOCAL VTX_STS_T foldLongKey(Probe &probe, char *stackBuf, char **ppHeap) const;
     VTX_EH_LOCAL bool keysEqual(Probe &probe, const VTX_OTL_HASH_NODE_T &node) const;
-    VTX_EH_LOCAL bool textsEqual(Probe &probe, const VTX_OTL_HASH_NODE_T &node) const;
+    VTX_EH_LOCAL bool foldedEqual(Probe &probe, const VTX_OTL_HASH_NODE_T &node) const;
     VTX_EH_LOCAL void clear();
     [[nodiscard]] VTX_EH_LOCAL VTX_STS_T prepareInsert(HASH_NUM_T hNum, HASH_POS_T hPos,
                                                        unsigned int keyCrc);
     VTX_EH_LOCAL void setItemInPos(VTX_ULONG_T hashItemIndex, const char *key, HASH_NUM_T hNum,
                                    HASH_POS_T hPos, unsigned int keyCrc, void *pOwner);
+    // pCrc: the key's CRC; pHead: on a hit, the chain's head node.
     [[nodiscard]] VTX_EH_LOCAL VTX_STS_T lookup(const char *key, HASH_NUM_T &hashNum,
-                                                HASH_POS_T &hashPos, unsigned int *pCrc) const;
+                                                HASH_POS_T &hashPos, unsigned int *pCrc,
+                                                VTX_ULONG_T *pHead) const;
     // The upper-case form of a text, or *ppOut null when the locale cannot
     // fold it; fails only when a buffer for a long text is refused.
     [[nodiscard]] VTX_EH_LOCAL VTX_STS_T foldInto(const char *text, size_t len, char *stackBuf,
@@ -213,6 +232,11 @@ private:
         uint64_t wordMod;   // reduce() multiplier for the word count
         uint32_t words;
         uint32_t salt;      // decorrelates the filters of the tables
+        // One byte per slot: the tag (tagOf) of the key whose chain the slot
+        // holds, meaningless in a free slot.  A probe that meets another
+        // key's slot nearly always tells so here, beside the slot, without
+        // reading that key's node.
+        FastHugeArray<uint8_t> *tags;
     };
     using AuxVector = std::vector<TableAux, vtxeh::HookAllocator<TableAux>>;
 
@@ -228,9 +252,9 @@ private:
     void *pLocale;
     ExtendedHashAllMembersIterator allMembersIt;
     VTX_BOOL_T fCaseSensitive;
+    bool asciiPlainFold = false;  // asciiFoldsPlainly(): ASCII keys are folded here
     OTL_PSTRCMPFUNC_T pfnCompareFunc;
     const CRC::CRC32 *crcTable;  // the process-wide table, looked up once
-    uint32_t ownerSpan = 64;      // bytes of an owner prefetched on a likely hit
 };
 
 #endif

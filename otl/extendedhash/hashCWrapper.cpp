@@ -64,15 +64,19 @@ VTX_API VTX_STS_T extendedHashInsertOwned(VTX_PEXTENDED_HASH_T pHash, VTX_ULONG_
     }
 }
 
-VTX_API void extendedHashSetOwnerSpan(VTX_PEXTENDED_HASH_T pHash, VTX_ULONG_T bytes) {
-    if (pHash) H(pHash)->setOwnerSpan(bytes);
-}
-
 VTX_API VTX_STS_T extendedHashGetPos(VTX_PEXTENDED_HASH_T pHash, const char *key,
                                      HASH_NUM_T *hashNum, HASH_POS_T *hashPos) {
     if (!pHash) return VTX_STS_OK;
     if (!key || !hashNum || !hashPos) return VTX_STS_NULL_ARG;
     return H(pHash)->getPos(key, *hashNum, *hashPos);
+}
+
+VTX_API VTX_STS_T extendedHashGetPosAndIterator(VTX_PEXTENDED_HASH_T pHash, const char *key,
+                                                HASH_NUM_T *hashNum, HASH_POS_T *hashPos,
+                                                VTX_PEXTENDED_HASH_IT_T it) {
+    if (!pHash) return VTX_STS_OK;
+    if (!key || !hashNum || !hashPos || !it) return VTX_STS_NULL_ARG;
+    return H(pHash)->getPos(key, *hashNum, *hashPos, *new (it) ExtendedHashIterator);
 }
 
 VTX_API VTX_STS_T extendedHashCopy(VTX_PEXTENDED_HASH_T pSource, VTX_PEXTENDED_HASH_T pDest) {
@@ -132,6 +136,16 @@ VTX_API VTX_ULONG_T extendedHashItGetHashItemIndex(VTX_PEXTENDED_HASH_IT_T it) {
 
 VTX_API void *extendedHashItGetOwner(VTX_PEXTENDED_HASH_IT_T it) {
     return it ? It(it)->getOwner() : nullptr;
+}
+
+VTX_API VTX_BOOL_T extendedHashItGetEntry(VTX_PEXTENDED_HASH_IT_T it, VTX_STR_T *pStr, VTX_ULONG_T *pIndex,
+                                          void **ppOwner) {
+    const VTX_OTL_HASH_NODE_T *node = it ? It(it)->otlHashNode : nullptr;
+    if (!node) return VTX_FALSE;
+    if (pStr) *pStr = node->str;
+    if (pIndex) *pIndex = node->hashItemIndex;
+    if (ppOwner) *ppOwner = node->pOwner;
+    return VTX_TRUE;
 }
 
 VTX_API VTX_STS_T extendedHashGetAllMembersIterator(VTX_PEXTENDED_HASH_T pHash,

@@ -69,19 +69,23 @@ VTX_API VTX_STS_T extendedHashFree(VTX_PEXTENDED_HASH_T pHash);
 VTX_NODISCARD VTX_API VTX_STS_T extendedHashInsert(VTX_PEXTENDED_HASH_T pHash,
                                                      VTX_ULONG_T hashItemIndex, const char *key,
                                                      HASH_NUM_T *hNum, HASH_POS_T *hPos);
-/* The same, keeping pOwner in the entry for extendedHashItGetOwner; a
- * lookup that meets the key prefetches *pOwner.  The hash never reads it. */
+/* The same, keeping pOwner in the entry for extendedHashItGetOwner.  The
+ * hash never reads it. */
 VTX_NODISCARD VTX_API VTX_STS_T extendedHashInsertOwned(VTX_PEXTENDED_HASH_T pHash,
                                                           VTX_ULONG_T hashItemIndex, const char *key,
                                                           void *pOwner, HASH_NUM_T *hNum,
                                                           HASH_POS_T *hPos);
-/* How many bytes of an owner that prefetch covers (64 by default). */
-VTX_API void extendedHashSetOwnerSpan(VTX_PEXTENDED_HASH_T pHash, VTX_ULONG_T bytes);
 /* *hashNum: the table holding key, or NODE_INDEX_NA when absent; *hashPos
  * its slot, or where an insert will put it.  A null hash answers 0 and
  * leaves both alone. */
 VTX_NODISCARD VTX_API VTX_STS_T extendedHashGetPos(VTX_PEXTENDED_HASH_T pHash, const char *key,
                                                      HASH_NUM_T *hashNum, HASH_POS_T *hashPos);
+/* extendedHashGetPos, and on a hit the iterator placed on the key's chain as
+ * extendedHashInitIterator would place it, without probing again.  The
+ * iterator is untouched when the key is absent or the lookup fails. */
+VTX_NODISCARD VTX_API VTX_STS_T extendedHashGetPosAndIterator(VTX_PEXTENDED_HASH_T pHash, const char *key,
+                                                                HASH_NUM_T *hashNum, HASH_POS_T *hashPos,
+                                                                VTX_PEXTENDED_HASH_IT_T it);
 /* Makes pDest an independent duplicate of pSource, texts included; owners
  * are copied as they stand, so a caller whose owners belong to the source
  * sets them again. */
@@ -111,6 +115,11 @@ VTX_API VTX_ULONG_T extendedHashItGetHashItemIndex(VTX_PEXTENDED_HASH_IT_T it);
 /* The owner given to extendedHashInsertOwned; null for a plain insert or at
  * the end of the chain. */
 VTX_API void *extendedHashItGetOwner(VTX_PEXTENDED_HASH_IT_T it);
+/* The current entry at once: 0 at the end of the chain (the outputs then
+ * untouched), else 1 with its key, item index and owner, each output
+ * optional.  A chain filter reads every entry it passes this way. */
+VTX_API VTX_BOOL_T extendedHashItGetEntry(VTX_PEXTENDED_HASH_IT_T it, VTX_STR_T *pStr, VTX_ULONG_T *pIndex,
+                                          void **ppOwner);
 
 /* ---- all-members iterator: every live entry once, chains together ---- */
 /* The hash's own iterator, restarted.  A hash has one such walk at a time.

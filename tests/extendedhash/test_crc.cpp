@@ -69,6 +69,36 @@ TEST(Crc, WholeTextsAgreeWithByteSteps) {
     }
 }
 
+// The upper-case value is computed from the text as it stands; it must be
+// the value of the upper-cased text, for every length, place and letter, and
+// must refuse (changing nothing) at any byte that is not ASCII.
+TEST(Crc, UpperAsciiValueIsTheValueOfTheUpperCaseText) {
+    const CRC::CRC32 &c = CRC::CRC32::instance();
+    auto upper = [](std::string s) {
+        for (char &ch : s)
+            if (ch >= 'a' && ch <= 'z') ch = static_cast<char>(ch - 0x20);
+        return s;
+    };
+    std::string text;
+    for (int i = 0; i < 300; ++i) text += static_cast<char>(1 + (i * 37 + 11) % 127);
+    for (size_t start = 0; start < 8; ++start) {
+        for (size_t len = 0; len <= 40; ++len) {
+            const std::string s = text.substr(start * 29, len);
+            unsigned int v = 0;
+            ASSERT_TRUE(c.crcUpperAscii(s.data(), s.size(), &v)) << start << "/" << len;
+            ASSERT_EQ(v, c.crc(upper(s).data(), s.size())) << start << "/" << len;
+            ASSERT_EQ(ExtendedHash::secondHashUpperAscii(s.data(), s.size()), h2Of(upper(s)));
+            for (size_t at = 0; at < len; ++at) {
+                std::string t = s;
+                t[at] = static_cast<char>(0x80 | t[at]);
+                unsigned int untouched = 0x12345678u;
+                ASSERT_FALSE(c.crcUpperAscii(t.data(), t.size(), &untouched)) << len << "@" << at;
+                ASSERT_EQ(untouched, 0x12345678u);
+            }
+        }
+    }
+}
+
 TEST(SecondHash, KnownValues) {
     EXPECT_EQ(h2Of(""), 0u);
     EXPECT_EQ(h2Of("ab"), 0x442u);

@@ -195,7 +195,6 @@ TEST(ExtendedHash, InsertWithThePositionOfAnEarlierLookup) {
 // a node reused after a delete does not keep the old owner.
 TEST(ExtendedHash, OwnersTravelWithTheirEntries) {
     HashFixture f(10);
-    extendedHashSetOwnerSpan(f.h, 256);
     std::vector<int> owners(2000);
     for (int i = 0; i < 2000; ++i) {
         f.keys.push_back(std::make_unique<std::string>(nameOf(i % 1500)));
@@ -240,6 +239,56 @@ TEST(ExtendedHash, OwnersTravelWithTheirEntries) {
     ASSERT_EQ(again.size(), 1u);
     EXPECT_EQ(again[0].second, nullptr);
     EXPECT_EQ(extendedHashItGetOwner(nullptr), nullptr);
+}
+
+// The lookup that also places the iterator answers as a lookup followed by
+// extendedHashInitIterator, over many generations and after deletes, and
+// leaves the iterator alone for an absent key.
+TEST(ExtendedHash, LookupWithIteratorMatchesLookupThenIterator) {
+    HashFixture f(10, 0);
+    for (int i = 0; i < 5000; ++i) ASSERT_EQ(f.add(nameOf(i % 4000), VTX_ULONG_T(i)), 0);
+    ASSERT_GT(f.eh()->tableCount(), 3u);
+    ASSERT_EQ(f.erase(nameOf(7), {7}), 1);
+    ASSERT_EQ(f.erase(nameOf(8), {8, 4008}), 2);
+    for (int i = 0; i < 4100; i += 3) {
+        std::string key = nameOf(i);
+        for (char &ch : key) ch = static_cast<char>(std::toupper(static_cast<unsigned char>(ch)));
+        VTX_EXTENDED_HASH_IT_BUF_T buf;
+        std::memset(&buf, 0xA5, sizeof buf);
+        HASH_NUM_T num = NODE_INDEX_DEL;
+        HASH_POS_T pos = NODE_INDEX_DEL;
+        ASSERT_EQ(extendedHashGetPosAndIterator(f.h, key.c_str(), &num, &pos, &buf), 0);
+        const std::vector<VTX_ULONG_T> expected = f.chain(key);
+        std::vector<VTX_ULONG_T> got;
+        if (num == NODE_INDEX_NA) {
+            VTX_EXTENDED_HASH_IT_BUF_T untouched;
+            std::memset(&untouched, 0xA5, sizeof untouched);
+            ASSERT_EQ(std::memcmp(&buf, &untouched, sizeof buf), 0) << key;
+        } else {
+            VTX_STR_T str = nullptr;
+            VTX_ULONG_T idx = 0;
+            void *owner = &num;
+            for (; extendedHashItGetEntry(&buf, &str, &idx, &owner); extendedHashItIncrement(&buf)) {
+                ASSERT_EQ(idx, extendedHashItGetHashItemIndex(&buf));
+                ASSERT_STREQ(str, extendedHashItGetStr(&buf));
+                ASSERT_EQ(owner, nullptr);
+                got.push_back(idx);
+            }
+            // At the end the outputs are left as they were.
+            char kept[] = "kept";
+            str = kept;
+            EXPECT_FALSE(extendedHashItGetEntry(&buf, &str, &idx, &owner));
+            EXPECT_EQ(str, kept);
+        }
+        ASSERT_EQ(got, expected) << key;
+    }
+    VTX_EXTENDED_HASH_IT_BUF_T buf;
+    HASH_NUM_T num = NODE_INDEX_DEL;
+    HASH_POS_T pos = NODE_INDEX_DEL;
+    EXPECT_EQ(extendedHashGetPosAndIterator(f.h, nullptr, &num, &pos, &buf), VTX_STS_NULL_ARG);
+    EXPECT_EQ(extendedHashGetPosAndIterator(nullptr, "x", &num, &pos, &buf), 0);
+    EXPECT_EQ(num, NODE_INDEX_DEL);
+    EXPECT_FALSE(extendedHashItGetEntry(nullptr, nullptr, nullptr, nullptr));
 }
 
 TEST(ExtendedHash, NullArgumentsAndUnlookedPositions) {
@@ -514,6 +563,35 @@ TEST(ExtendedHashCase, FoldedTableSharesChainsAndKeepsSpellings) {
     EXPECT_EQ(f.chain("οδοσ"), std::vector<VTX_ULONG_T>{6});
     EXPECT_FALSE(f.find("οδοι"));
     EXPECT_FALSE(f.find("apfel"));
+}
+
+// ASCII keys are folded without asking the locale only where the locale
+// folds ASCII letter by letter.  In Turkish, i upper-cases to İ and only the
+// dotless ı to I: "kilim" must be found as "KİLİM" and not as "KILIM".
+TEST(ExtendedHashCase, LocaleThatFoldsAsciiItsOwnWayIsAskedForEveryKey) {
+    vtxtest::TestCtx ctx;
+    void *tr = nullptr;
+    ASSERT_EQ(adGlobGetLocaleAndStatus("tr_TR.UTF-8", &tr), 0);
+    VTX_PEXTENDED_HASH_T h = nullptr;
+    ASSERT_EQ(extendedHashInitWithSize(&h, ctx.ctx(), tr, 10, 0), 0);
+    const std::string kilim = "kilim", kayik = "kay\xC4\xB1k";  // kayık
+    HASH_NUM_T num = NODE_INDEX_DEL;
+    HASH_POS_T pos = NODE_INDEX_DEL;
+    ASSERT_EQ(extendedHashInsert(h, 1, kilim.c_str(), &num, &pos), 0);
+    num = pos = NODE_INDEX_DEL;
+    ASSERT_EQ(extendedHashInsert(h, 2, kayik.c_str(), &num, &pos), 0);
+    auto found = [&](const char *key) {
+        HASH_NUM_T n = NODE_INDEX_DEL;
+        HASH_POS_T p = NODE_INDEX_DEL;
+        EXPECT_EQ(extendedHashGetPos(h, key, &n, &p), 0);
+        return n != NODE_INDEX_NA;
+    };
+    EXPECT_TRUE(found("K\xC4\xB0L\xC4\xB0M"));  // KİLİM
+    EXPECT_FALSE(found("KILIM"));
+    EXPECT_TRUE(found("KAYIK"));
+    EXPECT_FALSE(found("kayik"));
+    extendedHashFree(h);
+    adGlobFreeLocale(tr);
 }
 
 TEST(ExtendedHashCase, SensitiveTableKeepsSpellingsApart) {

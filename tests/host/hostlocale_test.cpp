@@ -177,6 +177,36 @@ TEST_F(HostLocale, AsciiFoldsByteWiseAndInPlace) {
     EXPECT_STREQ(mixed, "AB\xC3\x84");
 }
 
+// ASCII is folded eight bytes at a time: every character, at every place
+// of a word and of the tail, must come out as the plain mapping says, and a
+// non-ASCII byte anywhere must hand the text to the full mapping.
+TEST_F(HostLocale, AsciiWordsFoldLikeSingleCharacters) {
+    auto plain = [](std::string s, bool up) {
+        for (char &c : s) {
+            if (up && c >= 'a' && c <= 'z') c = static_cast<char>(c - 0x20);
+            if (!up && c >= 'A' && c <= 'Z') c = static_cast<char>(c + 0x20);
+        }
+        return s;
+    };
+    for (int first = 1; first < 128; first += 1) {
+        for (size_t len : {1u, 7u, 8u, 9u, 15u, 16u, 17u, 23u}) {
+            std::string s;
+            for (size_t i = 0; i < len; ++i) s += static_cast<char>(1 + (first + 13 * i) % 127);
+            ASSERT_EQ(upper(utf8_, s), plain(s, true)) << first << "/" << len;
+            ASSERT_EQ(lower(utf8_, s), plain(s, false)) << first << "/" << len;
+        }
+    }
+    // A two-byte letter at each place of the first word, of the second and
+    // of the tail: the ASCII around it is folded as well.
+    for (size_t at = 0; at < 20; ++at) {
+        std::string s = "abcdefghijklmnopqrst";
+        s.replace(at, 1, "\xC3\xA4");  // ä
+        std::string expected = plain(s, true);
+        expected.replace(at, 2, "\xC3\x84");  // Ä
+        ASSERT_EQ(upper(utf8_, s), expected) << at;
+    }
+}
+
 TEST_F(HostLocale, FoldingRefusesWhatDoesNotFit) {
     // "abc" needs 4 bytes with its NUL.
     EXPECT_EQ(upper(utf8_, "abc", 4), "ABC");
