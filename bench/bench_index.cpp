@@ -40,6 +40,7 @@
 #include <random>
 #include <string>
 #include <unordered_map>
+#include <utility>
 #include <vector>
 
 #include "extendedhash.h"
@@ -188,6 +189,12 @@ vtx_netctx_t g_ctx;
 
 // ---- the contenders --------------------------------------------------------------
 
+// "[parent].[child]" as (parent, child), for the baselines.
+std::pair<std::string, std::string> splitPath(const std::string &p) {
+    const size_t mid = p.find("].[");
+    return {p.substr(1, mid - 1), p.substr(mid + 3, p.size() - mid - 4)};
+}
+
 // One contender: the build, each find phase over a range of its samples
 // (answering how many answers were wrong), the edits.
 class Contender {
@@ -334,9 +341,7 @@ public:
         size_t wrong = 0;
         for (size_t k = from; k < to; ++k) {
             // "[parent].[child]": the child by name, its parent's name checked.
-            const std::string &p = s_.paths[k];
-            const size_t mid = p.find("].[");
-            const std::string parent = p.substr(1, mid - 1), child = p.substr(mid + 3, p.size() - mid - 4);
+            const auto [parent, child] = splitPath(s_.paths[k]);
             auto it = index_.find(child);
             if (it == index_.end() || !it->second->parent || it->second->parent->name != parent ||
                 it->second != nodes_[s_.pathOf[k]].get())
@@ -438,9 +443,7 @@ public:
     size_t findPaths(size_t from, size_t to) override {
         size_t wrong = 0;
         for (size_t k = from; k < to; ++k) {
-            const std::string &p = s_.paths[k];
-            const size_t mid = p.find("].[");
-            const std::string parent = p.substr(1, mid - 1), child = p.substr(mid + 3, p.size() - mid - 4);
+            const auto [parent, child] = splitPath(s_.paths[k]);
             sqlite3_bind_text(byPath_, 1, child.c_str(), int(child.size()), SQLITE_TRANSIENT);
             sqlite3_bind_text(byPath_, 2, parent.c_str(), int(parent.size()), SQLITE_TRANSIENT);
             if (idOf(byPath_) != int64_t(s_.pathOf[k]) + 1) ++wrong;

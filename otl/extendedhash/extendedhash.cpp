@@ -93,9 +93,14 @@ unsigned int ExtendedHash::crcOf(const char *text, size_t len) {
     return CRC::CRC32::instance().crc(text, len);
 }
 
-VTX_ULONG_T ExtendedHash::secondHash(const char *text, size_t len) {
-    // Bytes count as signed here, unlike in the CRC.
+namespace {
+
+// The second hash of a text; with UPPER, of its ASCII upper-case form.
+template <bool UPPER>
+VTX_ULONG_T secondHashOf(const char *text, size_t len) {
     auto step = [](uint64_t h, char c) {
+        if (UPPER && c >= 'a' && c <= 'z') c = static_cast<char>(c - 0x20);
+        // Bytes count as signed here, unlike in the CRC.
         return (h >> 27) ^ (h << 5) ^ static_cast<uint64_t>(static_cast<int64_t>(static_cast<signed char>(c)));
     };
     uint64_t h = len;
@@ -106,18 +111,12 @@ VTX_ULONG_T ExtendedHash::secondHash(const char *text, size_t len) {
     return static_cast<VTX_ULONG_T>(h);
 }
 
+} // namespace
+
+VTX_ULONG_T ExtendedHash::secondHash(const char *text, size_t len) { return secondHashOf<false>(text, len); }
+
 VTX_ULONG_T ExtendedHash::secondHashUpperAscii(const char *text, size_t len) {
-    // As secondHash over the text's ASCII upper-case form.
-    auto step = [](uint64_t h, char c) {
-        const uint64_t b = static_cast<uint64_t>(c >= 'a' && c <= 'z' ? c - 0x20 : c);
-        return (h >> 27) ^ (h << 5) ^ b;
-    };
-    uint64_t h = len;
-    size_t i = 0;
-    for (; i + 4 <= len; i += 4)
-        h = step(step(step(step(h, text[i]), text[i + 1]), text[i + 2]), text[i + 3]);
-    for (; i < len; ++i) h = step(h, text[i]);
-    return static_cast<VTX_ULONG_T>(h);
+    return secondHashOf<true>(text, len);
 }
 
 const unsigned long long *ExtendedHash::primeList(size_t *count) {
@@ -200,8 +199,8 @@ bool ExtendedHash::fillFirstFilter() {
     for (VTX_ULONG_T i = 0; i < lastIndexInContainer; ++i) {
         const VTX_OTL_HASH_NODE_T &node = hashNodesContainer[i];
         if (!node.str) continue;
-        uint64_t bits;
-        filter[filterWord(node.ulKeyCrc, 0, &bits)] &= ~bits;
+        const FilterKey key = filterKeyOf(node.ulKeyCrc);
+        filter[filterWord(key, 0)] &= ~key.bits;
     }
     return true;
 }
@@ -430,17 +429,19 @@ inline uint32_t ExtendedHash::firstSlot(const Probe &probe, HASH_NUM_T g) const 
     return reduce(probe.crc, tableAux[g].slotMod, static_cast<uint32_t>(tables[g]->getSize()));
 }
 
-inline uint32_t ExtendedHash::filterWord(unsigned int crc, HASH_NUM_T g, uint64_t *pBits) const {
+inline ExtendedHash::FilterKey ExtendedHash::filterKeyOf(unsigned int crc) {
+    const uint64_t x = static_cast<uint64_t>(crc) * 0x9E3779B97F4A7C15ull;
+    return FilterKey{(uint64_t(1) << (x & 63)) | (uint64_t(1) << ((x >> 6) & 63)), static_cast<uint32_t>(x >> 32)};
+}
+
+inline uint32_t ExtendedHash::filterWord(const FilterKey &key, HASH_NUM_T g) const {
     const TableAux &aux = tableAux[g];
-    const uint64_t x = static_cast<uint64_t>(crc ^ aux.salt) * 0x9E3779B97F4A7C15ull;
-    *pBits = (uint64_t(1) << (x & 63)) | (uint64_t(1) << ((x >> 6) & 63));
-    return reduce(static_cast<uint32_t>(x >> 32), aux.wordMod, aux.words);
+    return reduce(key.word ^ aux.salt, aux.wordMod, aux.words);
 }
 
 inline bool ExtendedHash::mayHold(unsigned int crc, HASH_NUM_T g) const {
-    uint64_t bits;
-    const uint32_t w = filterWord(crc, g, &bits);
-    return ((*tableAux[g].filter)[w] & bits) == 0;
+    const FilterKey key = filterKeyOf(crc);
+    return ((*tableAux[g].filter)[filterWord(key, g)] & key.bits) == 0;
 }
 
 [[gnu::always_inline]] inline void ExtendedHash::search(Probe &probe, HASH_NUM_T &hashNum,
@@ -478,33 +479,26 @@ void ExtendedHash::searchTables(Probe &probe, HASH_NUM_T &hashNum, HASH_POS_T &h
     if (n <= AHEAD) {
         // Everything the search may need is known now: ask for it at once,
         // so that the cache misses of a dozen tables overlap instead of
-        // queueing.  First the slots of the two big tables (wanted for a
-        // hit, or for the insert's slot) and every table's filter word;
-        // then the slots of the tables the filters leave in.
+        // queueing: the slots and tags of the three tables that hold the
+        // most keys (some four in five of them; the newest is also wanted
+        // for the insert's slot) and every table's filter word.
         uint32_t first[AHEAD];
-        bool maybe[AHEAD];
-        first[n - 1] = firstSlot(probe, n - 1);
-        __builtin_prefetch(&(*tables[n - 1])[first[n - 1]]);
-        if (best != n - 1) {
-            first[best] = firstSlot(probe, best);
-            __builtin_prefetch(&(*tables[best])[first[best]]);
-        }
-        uint32_t word[AHEAD];
-        uint64_t bits[AHEAD];
-        for (HASH_NUM_T g = 0; g < n; ++g) {
-            word[g] = filterWord(probe.crc, g, &bits[g]);
-            __builtin_prefetch(&(*tableAux[g].filter)[word[g]]);
+        const uint64_t *word[AHEAD];
+        const FilterKey key = filterKeyOf(probe.crc);
+        const HASH_NUM_T third = n >= 3 ? order(2) : best;
+        for (HASH_NUM_T g : {best, n - 1, third}) {
+            first[g] = firstSlot(probe, g);
+            __builtin_prefetch(&(*tables[g])[first[g]]);
+            __builtin_prefetch(&(*tableAux[g].tags)[first[g]]);
         }
         for (HASH_NUM_T g = 0; g < n; ++g) {
-            maybe[g] = ((*tableAux[g].filter)[word[g]] & bits[g]) == 0;
-            if (maybe[g] && g != best && g != n - 1) {
-                first[g] = firstSlot(probe, g);
-                __builtin_prefetch(&(*tables[g])[first[g]]);
-            }
+            word[g] = &(*tableAux[g].filter)[filterWord(key, g)];
+            __builtin_prefetch(word[g]);
         }
         for (HASH_NUM_T i = 0; i < n; ++i) {
             const HASH_NUM_T g = order(i);
-            if (!maybe[g]) continue;
+            if (*word[g] & key.bits) continue;
+            if (g != best && g != n - 1 && g != third) first[g] = firstSlot(probe, g);
             if (probeTable(probe, g, first[g], pos) == Found::Yes) {
                 hashNum = g;
                 hashPos = pos;
@@ -582,9 +576,8 @@ VTX_STS_T ExtendedHash::prepareInsert(HASH_NUM_T hNum, HASH_POS_T hPos, unsigned
         return vtxehNoMemory(pNetCtx, "setItemInPos");
     // A new head also marks its key in the table's filter (a lone table's
     // filter is made when a second table comes).
-    uint64_t bits;
     if (tables.size() > 1 && (*tables[hNum])[hPos] >= NODE_INDEX_DEL &&
-        !tableAux[hNum].filter->materialize(filterWord(keyCrc, hNum, &bits)))
+        !tableAux[hNum].filter->materialize(filterWord(filterKeyOf(keyCrc), hNum)))
         return vtxehNoMemory(pNetCtx, "setItemInPos");
     return VTX_STS_OK;
 }
@@ -609,9 +602,8 @@ void ExtendedHash::setItemInPos(VTX_ULONG_T hashItemIndex, const char *key, HASH
         // table's filter is made from the nodes when a second one comes: an
         // insert into it saves the filter's cache miss.
         if (tables.size() > 1) {
-            uint64_t bits;
-            uint64_t &word = (*tableAux[hNum].filter)[filterWord(keyCrc, hNum, &bits)];
-            word &= ~bits;
+            const FilterKey key = filterKeyOf(keyCrc);
+            (*tableAux[hNum].filter)[filterWord(key, hNum)] &= ~key.bits;
         }
     }
     VTX_OTL_HASH_NODE_T *hashNode = getHashNodeFromHashNodesContainer(newIndex);

@@ -192,8 +192,15 @@ private:
     VTX_EH_LOCAL void searchTables(Probe &probe, HASH_NUM_T &hashNum, HASH_POS_T &hashPos) const;
     VTX_EH_LOCAL Found probeTable(Probe &probe, HASH_NUM_T g, uint32_t pos, HASH_POS_T &hashPos) const;
     VTX_EH_LOCAL uint32_t firstSlot(const Probe &probe, HASH_NUM_T g) const;
-    // The filter word of a key in table g, and the two bits it clears there.
-    VTX_EH_LOCAL uint32_t filterWord(unsigned int crc, HASH_NUM_T g, uint64_t *pBits) const;
+    // A key's place in the presence filters: the two bits it clears, the
+    // same in every table, and what picks its word in each.
+    struct FilterKey {
+        uint64_t bits;
+        uint32_t word;
+    };
+    static FilterKey filterKeyOf(unsigned int crc);
+    // The key's word in table g's filter.
+    VTX_EH_LOCAL uint32_t filterWord(const FilterKey &key, HASH_NUM_T g) const;
     VTX_EH_LOCAL bool mayHold(unsigned int crc, HASH_NUM_T g) const;
     // The key folded for hashing (see foldKey in the source); foldLongKey
     // is its way for keys whose fold does not fit on the stack.
