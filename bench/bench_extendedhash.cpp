@@ -85,12 +85,6 @@ std::vector<uint32_t> shuffled(size_t n, uint32_t seed) {
     return order;
 }
 
-// Heap in use, mapped blocks included.
-long long heapInUse() {
-    struct mallinfo2 mi = mallinfo2();
-    return static_cast<long long>(mi.uordblks) + static_cast<long long>(mi.hblkhd);
-}
-
 // ---- the contenders -------------------------------------------------------------
 
 enum class Kind { Baseline, OursSensitive, OursFolding };
@@ -201,13 +195,13 @@ void runGroup(benchmark::State &state, size_t n, bool sized) {
         for (int round = 0; round < 2; ++round) {
             std::unique_ptr<Contender> c[3];
             for (int k = 0; k < 3; ++k) {
-                long long before = heapInUse();
+                long long before = vtxbench::heapInUse();
                 c[k] = std::make_unique<Contender>(KINDS[k], hint);
                 auto t0 = Clock::now();
                 for (size_t i = 0; i < n; ++i) c[k]->insert(d.hits, i);
                 auto t1 = Clock::now();
                 r[k].insertNs = std::min(r[k].insertNs, nsPer(t0, t1, n));
-                r[k].bytesPerKey = double(heapInUse() - before) / double(n);
+                r[k].bytesPerKey = double(vtxbench::heapInUse() - before) / double(n);
             }
             // The finds take turns in chunks, so that the noise of a shared
             // machine falls on all contenders alike; each counts its median

@@ -81,16 +81,11 @@ long residentBytes() {
     return resident * sysconf(_SC_PAGESIZE);
 }
 
-long heapInUse() {
-    struct mallinfo2 mi = mallinfo2();
-    return static_cast<long>(mi.uordblks + mi.hblkhd);
-}
-
 struct Usage {
     long rss, heap;
     static Usage now() {
         malloc_trim(0);
-        return {residentBytes(), heapInUse()};
+        return {residentBytes(), static_cast<long>(vtxbench::heapInUse())};
     }
 };
 

@@ -14,6 +14,9 @@
 #include <utility>
 #include <vector>
 
+#include <malloc.h>
+
+#include "blockalloc.h"
 #include "vtxotl.h"
 
 namespace vtxbench {
@@ -38,6 +41,14 @@ inline vtx_netctx_t makeContext(VTX_ALLOCFUNC_T alloc = plainAlloc) {
     c.lClientDllVersion = 0x00B20000;
     c.estimatedHashSize = 1000;
     return c;
+}
+
+// Heap in use: malloc's blocks, those it mapped by themselves, and the
+// chunks the container layer maps for its data blocks.
+inline long long heapInUse() {
+    struct mallinfo2 mi = mallinfo2();
+    return static_cast<long long>(mi.uordblks) + static_cast<long long>(mi.hblkhd) +
+           static_cast<long long>(vtxBlockAllocMappedBytes());
 }
 
 // Prints "ratio WHAT: ours / baseline" for each pair of benchmark names

@@ -8,6 +8,7 @@
 #include <cstring>
 #include <ctime>
 #include <string>
+#include <sys/mman.h>
 #include <unistd.h>
 
 #include "hostint.h"
@@ -23,12 +24,27 @@ constexpr size_t kMaxBlock = static_cast<size_t>(PTRDIFF_MAX);
 // comes with a pointer the caller can free.
 inline size_t atLeastOne(size_t size) { return size ? size : 1; }
 
+// Blocks this large are long-lived stores (the pools of member records run
+// to tens of megabytes each) that are read at random; the kernel is asked to
+// back the whole huge pages inside them by huge pages, which spares nearly
+// every access a page walk.  Advice only: it changes no byte.
+constexpr size_t kHugePage = size_t(2) << 20;
+constexpr size_t kAdviseFrom = 2 * kHugePage;
+
+void adviseHugePages(void *p, size_t size) {
+    const uintptr_t start = reinterpret_cast<uintptr_t>(p);
+    const uintptr_t first = (start + kHugePage - 1) & ~(kHugePage - 1);
+    const uintptr_t last = (start + size) & ~(kHugePage - 1);
+    if (last > first) (void)madvise(reinterpret_cast<void *>(first), last - first, MADV_HUGEPAGE);
+}
+
 VTX_STS_T zeroedBlock(size_t size, void **ppData) {
     if (!ppData) return VTX_STS_NULL_ARG;
     *ppData = nullptr;
     if (size > kMaxBlock) return VTX_STS_NO_MEMORY;
     void *p = std::calloc(1, atLeastOne(size));
     if (!p) return VTX_STS_NO_MEMORY;
+    if (size >= kAdviseFrom) adviseHugePages(p, size);
     *ppData = p;
     return VTX_STS_OK;
 }

@@ -17,6 +17,7 @@
 #include "otlHashItemsFactoryWrapper.h"
 
 #include <cassert>
+#include <cstdint>
 #include <cstring>
 #include <new>
 #include <vector>
@@ -50,12 +51,33 @@ inline VTX_POTLHASHITEM_T_EXT itemAt(VTX_POTL_T o, VTX_ULONG_T idx) {
     return otlHashItemsFactoryGetOtlHashItem(o->pOtlHashItemsFactory, idx);
 }
 
+// The owner kept in an entry's hash node is its record, with the lowest bit
+// set for the text of an alias table (records are aligned, the bit is free):
+// a find tells a member-name entry without reading its item or its record.
+inline void *ownerTag(VTX_POTLMBR_T pItem, VTX_USHORT_T usAliasTable) {
+    return reinterpret_cast<void *>(reinterpret_cast<uintptr_t>(pItem) | (usAliasTable ? 1u : 0u));
+}
+inline VTX_POTLMBR_T ownerRecord(void *owner) {
+    return reinterpret_cast<VTX_POTLMBR_T>(reinterpret_cast<uintptr_t>(owner) & ~uintptr_t(1));
+}
+inline bool ownerIsAlias(void *owner) { return (reinterpret_cast<uintptr_t>(owner) & 1u) != 0; }
+
 // The record an entry belongs to: the one that entered it (kept in the hash
 // node, so a find reads the record without a further lookup), or, for an
 // entry made without one, the record the item's identifiers map to.
 inline VTX_POTLMBR_T ownerOf(VTX_POTL_T o, void *it, VTX_POTLHASHITEM_T_EXT item) {
-    if (void *owner = extendedHashItGetOwner(it)) return static_cast<VTX_POTLMBR_T>(owner);
+    if (void *owner = extendedHashItGetOwner(it)) return ownerRecord(owner);
     return memNum2pItemMapGetPItem(o, static_cast<VTX_ULONG_T>(item->mbrId), item->dimId);
+}
+
+// Share state and kind of a record, without the test for a small record
+// where the outline holds none (only a paged outline opened for update
+// does): a find then reads one line of the record.
+inline VTX_USHORT_T shareOf(VTX_POTL_T o, VTX_POTLMBR_T m) {
+    return o->incrementalOPGfile ? otlGetShare(m) : L(m)->MbrInfo.usShare;
+}
+inline bool attrMemberOf(VTX_POTL_T o, VTX_POTLMBR_T m) {
+    return o->incrementalOPGfile ? isAttrMember(m) : L(m)->MbrInfo.usCategory == VTX_CAT_ATTRIBUTE;
 }
 
 // Looks the key up: num is NODE_INDEX_NA when it is absent.
@@ -179,11 +201,11 @@ VTX_POTLDUPNAME_T matchDup(vTX_PNETCTX_T ctx, VTX_POTL_T o, void *it, const char
         *psCmp = 0;
         if (idx == NODE_INDEX_NA || !str) continue;
         if (fCaseSensitive && pszString && otlStrcmp(ctx, pszString, str) != 0) continue;
-        VTX_POTLMBR_T m = owner ? static_cast<VTX_POTLMBR_T>(owner) : ownerOf(pOutline, it, itemAt(pOutline, idx));
+        VTX_POTLMBR_T m = owner ? ownerRecord(owner) : ownerOf(pOutline, it, itemAt(pOutline, idx));
         if (!m) continue;
-        // A member's name entry is keyed by the record's own name text, so
-        // the record (fetched with the node) tells it without the item.
-        const VTX_USHORT_T t = str == m->MbrInfo.szMember ? 0 : itemAt(pOutline, idx)->usAliasTable;
+        // The owner tells a member-name entry; only an alias entry (or one
+        // made without an owner) needs its item for the table.
+        const VTX_USHORT_T t = owner && !ownerIsAlias(owner) ? 0 : itemAt(pOutline, idx)->usAliasTable;
         const bool asName = fMember && t == 0;
         if (pszParent) {
             if (!asName && (!fAlias || (anyAlias ? t == 0 : t != usAliasTable))) continue;
@@ -191,7 +213,7 @@ VTX_POTLDUPNAME_T matchDup(vTX_PNETCTX_T ctx, VTX_POTL_T o, void *it, const char
             if (!parent || parent->MbrInfo.usGen == 0 || !parent->MbrInfo.szMember ||
                 !sameText(ctx, parent->MbrInfo.szMember, pszParent, fCaseSensitive))
                 continue;
-        } else if (isAttrMember(m)) {
+        } else if (attrMemberOf(pOutline, m)) {
             if (!asName) {
                 if (anyAlias ? t == 0 : (!fAlias || t == 0 || t != usAliasTable)) continue;
             } else {
@@ -207,7 +229,7 @@ VTX_POTLDUPNAME_T matchDup(vTX_PNETCTX_T ctx, VTX_POTL_T o, void *it, const char
             // With any table asked for, a member-name entry answers too: a
             // name or an alias is found in one walk.
             if (!anyAlias && (!fAlias || t != usAliasTable)) continue;
-        } else if (!optionTakes(usOption, otlGetShare(m))) {
+        } else if (!optionTakes(usOption, shareOf(pOutline, m))) {
             continue;
         }
         if (pRequiredDim && otlGetDim(m) != pRequiredDim) continue;
@@ -600,7 +622,9 @@ VTX_STS_T otlHashAddStringAs(vTX_PNETCTX_T pNetCtx, VTX_POTL_T pOutline, VTX_POT
         sts = otlHashItemsFactoryAddItem(ctx, pOutline->pOtlHashItemsFactory,
                                          &pOutline->otlHashItemsFactoryNextFreeIndex, pItem->mbrId,
                                          static_cast<VTX_USHORT_T>(dimId), usAliasTable);
-    if (!sts) sts = extendedHashInsertOwned(pOutline->pExtendedHashTable, idx, pszString, pItem, &hashNum, &hashPos);
+    if (!sts)
+        sts = extendedHashInsertOwned(pOutline->pExtendedHashTable, idx, pszString, ownerTag(pItem, usAliasTable),
+                                      &hashNum, &hashPos);
     // Shared members never count as duplicates.
     if (!sts && taken && !fShared) {
         sts = otlHashDupNameAddString(ctx, pOutline, pszString, usAliasTable);

@@ -36,9 +36,15 @@ typedef void (*VTX_BLOCKFREE_FN_T)(void *p, int kind);
  * returned to the allocator that gave them. */
 VTX_API VTX_STS_T vtxBlockAllocSetHook(VTX_BLOCKALLOC_FN_T pfnAlloc, VTX_BLOCKFREE_FN_T pfnFree);
 
-/* The defaults, for a hook that only counts or fails and then delegates. */
+/* The defaults, for a hook that only counts or fails and then delegates.
+ * Data blocks of exactly 262144 bytes come eight at a time from chunks of
+ * 2 MiB that the kernel is asked to back by huge pages; a chunk is returned
+ * to the system with its last block.  Other sizes come from malloc. */
 VTX_API void *vtxBlockAllocDefault(size_t size, int kind);
 VTX_API void vtxBlockFreeDefault(void *p, int kind);
+/* The bytes the default allocator holds in such chunks (memory malloc's
+ * own statistics do not see). */
+VTX_API size_t vtxBlockAllocMappedBytes(void);
 
 /* The calls every container makes (exported for the header-only arrays). */
 VTX_API void *vtxBlockAlloc(size_t size, int kind);

@@ -21,6 +21,41 @@ namespace {
 
 using ehtest::CountingHook;
 
+// Data blocks come eight at a time from 2 MiB chunks, aligned so that the
+// kernel can back them by huge pages; a chunk is given back with its last
+// block, and other sizes come from malloc.
+TEST(BlockAllocator, BlocksShareAlignedChunksThatGoBackWhenEmpty) {
+    const size_t mappedBefore = vtxBlockAllocMappedBytes();
+    constexpr size_t kChunk = size_t(2) << 20;
+    std::vector<char *> blocks;
+    for (int i = 0; i < 20; ++i) {
+        auto *b = static_cast<char *>(vtxBlockAllocDefault(vtxeh::BLOCK_BYTES, VTX_BLOCKALLOC_BLOCK));
+        ASSERT_NE(b, nullptr);
+        ASSERT_EQ((reinterpret_cast<uintptr_t>(b) & (kChunk - 1)) % vtxeh::BLOCK_BYTES, 0u);
+        std::memset(b, i, vtxeh::BLOCK_BYTES);  // all of it is ours
+        blocks.push_back(b);
+    }
+    // Twenty blocks fill two chunks and part of a third, a fourth at most
+    // when an earlier test left a chunk partly used.
+    const size_t grown = vtxBlockAllocMappedBytes() - mappedBefore;
+    EXPECT_GE(grown, 2 * kChunk);
+    EXPECT_LE(grown, 4 * kChunk);
+    for (int i = 0; i < 20; ++i) EXPECT_EQ(blocks[size_t(i)][vtxeh::BLOCK_BYTES - 1], static_cast<char>(i));
+    // A block given back is handed out again before any new chunk is made.
+    const size_t full = vtxBlockAllocMappedBytes();
+    vtxBlockFreeDefault(blocks[3], VTX_BLOCKALLOC_BLOCK);
+    blocks[3] = static_cast<char *>(vtxBlockAllocDefault(vtxeh::BLOCK_BYTES, VTX_BLOCKALLOC_BLOCK));
+    ASSERT_NE(blocks[3], nullptr);
+    EXPECT_EQ(vtxBlockAllocMappedBytes(), full);
+    // Other sizes are not carved from chunks.
+    void *odd = vtxBlockAllocDefault(vtxeh::BLOCK_BYTES / 2, VTX_BLOCKALLOC_BLOCK);
+    ASSERT_NE(odd, nullptr);
+    EXPECT_EQ(vtxBlockAllocMappedBytes(), full);
+    vtxBlockFreeDefault(odd, VTX_BLOCKALLOC_BLOCK);
+    for (char *b : blocks) vtxBlockFreeDefault(b, VTX_BLOCKALLOC_BLOCK);
+    EXPECT_EQ(vtxBlockAllocMappedBytes(), mappedBefore);
+}
+
 TEST(FastHugeArray, FirstBlockEndsAtMask) {
     CountingHook hook;
     FastHugeArray<unsigned int> a;
