@@ -57,6 +57,8 @@ public:
         return x ^ ((((x + 0x1F * kOnes) & ~(x + 0x05 * kOnes)) & kHigh) >> 2);
     }
     static constexpr uint64_t HIGH_BITS = 0x8080808080808080ull;
+    // One character as upperAscii8 takes it.
+    static char upperAscii(char c) { return c >= 'a' && c <= 'z' ? static_cast<char>(c - 0x20) : c; }
 
     // Self-test of the table: every bit position set in exactly half of the
     // entries, and the known value of "your string".  Reports on stdout/stderr.

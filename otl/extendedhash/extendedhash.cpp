@@ -99,7 +99,7 @@ namespace {
 template <bool UPPER>
 VTX_ULONG_T secondHashOf(const char *text, size_t len) {
     auto step = [](uint64_t h, char c) {
-        if (UPPER && c >= 'a' && c <= 'z') c = static_cast<char>(c - 0x20);
+        if (UPPER) c = CRC::CRC32::upperAscii(c);
         // Bytes count as signed here, unlike in the CRC.
         return (h >> 27) ^ (h << 5) ^ static_cast<uint64_t>(static_cast<int64_t>(static_cast<signed char>(c)));
     };
@@ -184,8 +184,7 @@ bool ExtendedHash::asciiFoldsPlainly() const {
     in[127] = '\0';
     if (adGlobStrNToUpper(pLocale, out, in, sizeof out) != VTX_STS_OK) return false;
     for (int c = 1; c < 128; ++c) {
-        const int expected = c >= 'a' && c <= 'z' ? c - 0x20 : c;
-        if (static_cast<unsigned char>(out[c - 1]) != expected) return false;
+        if (out[c - 1] != CRC::CRC32::upperAscii(static_cast<char>(c))) return false;
     }
     return out[127] == '\0';
 }
@@ -298,10 +297,7 @@ bool ExtendedHash::foldedEqual(Probe &probe, const VTX_OTL_HASH_NODE_T &node) co
         return pfnCompareFunc(pNetCtx, probe.key, node.str) == 0;
     bool equal = foldedLen == probe.keySize;
     if (equal && probe.asciiUpper) {
-        for (size_t i = 0; equal && i < foldedLen; ++i) {
-            const char c = probe.key[i];
-            equal = folded[i] == (c >= 'a' && c <= 'z' ? c - 0x20 : c);
-        }
+        for (size_t i = 0; equal && i < foldedLen; ++i) equal = folded[i] == CRC::CRC32::upperAscii(probe.key[i]);
     } else if (equal) {
         equal = std::memcmp(folded, probe.keyForHash, foldedLen) == 0;
     }
@@ -359,23 +355,28 @@ ExtendedHash::Found ExtendedHash::findQuadratic(Probe &probe, HASH_NUM_T hashNum
     return Found::Free;
 }
 
-// Folds the probe's key for hashing.  Upper-casing may lengthen a text, to
-// twice its bytes as the locale service promises: a key whose fold may need
+// Makes the probe's key ready to hash and computes its CRC.  A
+// case-insensitive key is folded; upper-casing may lengthen a text, to twice
+// its bytes as the locale service promises, so a key whose fold may need
 // more than the stack buffer is folded in a buffer of its own, which *ppHeap
 // hands back for releaseFold.
-inline VTX_STS_T ExtendedHash::foldKey(Probe &probe, char *stackBuf, char **ppHeap) const {
+inline VTX_STS_T ExtendedHash::hashKey(Probe &probe, char *stackBuf, char **ppHeap) const {
     probe.keySize = std::strlen(probe.key);
-    if (asciiPlainFold && crcTable->crcUpperAscii(probe.key, probe.keySize, &probe.crc)) {
-        probe.asciiUpper = true;
-        return VTX_STS_OK;
+    if (!fCaseSensitive) {
+        if (asciiPlainFold && crcTable->crcUpperAscii(probe.key, probe.keySize, &probe.crc)) {
+            probe.asciiUpper = true;
+            return VTX_STS_OK;
+        }
+        if (2 * probe.keySize + 1 <= FOLD_STACK_BYTES &&
+            adGlobStrNToUpper(pLocale, stackBuf, probe.key, 2 * probe.keySize + 1) == VTX_STS_OK) {
+            probe.keyForHash = stackBuf;
+            probe.keySize = std::strlen(stackBuf);
+        } else if (VTX_STS_T sts = foldLongKey(probe, stackBuf, ppHeap)) {
+            return sts;
+        }
     }
-    if (2 * probe.keySize + 1 <= FOLD_STACK_BYTES &&
-        adGlobStrNToUpper(pLocale, stackBuf, probe.key, 2 * probe.keySize + 1) == VTX_STS_OK) {
-        probe.keyForHash = stackBuf;
-        probe.keySize = std::strlen(stackBuf);
-        return VTX_STS_OK;
-    }
-    return foldLongKey(probe, stackBuf, ppHeap);
+    probe.crc = crcTable->crc(probe.keyForHash, probe.keySize);
+    return VTX_STS_OK;
 }
 
 VTX_STS_T ExtendedHash::foldLongKey(Probe &probe, char *stackBuf, char **ppHeap) const {
@@ -393,17 +394,12 @@ VTX_STS_T ExtendedHash::foldLongKey(Probe &probe, char *stackBuf, char **ppHeap)
                                                              VTX_ULONG_T *pHead) const {
     hashNum = NODE_INDEX_NA;
     Probe probe{key, key, 0, 0, 0, false};
-    if (fCaseSensitive) {
-        probe.keySize = std::strlen(key);
-        search(probe, hashNum, hashPos);
-    } else {
-        char stackBuf[FOLD_STACK_BYTES];
-        char *heapBuf = nullptr;
-        VTX_STS_T sts = foldKey(probe, stackBuf, &heapBuf);
-        if (sts != VTX_STS_OK) return sts;
-        search(probe, hashNum, hashPos);
-        if (heapBuf) releaseFold(heapBuf, stackBuf);
-    }
+    char stackBuf[FOLD_STACK_BYTES];
+    char *heapBuf = nullptr;
+    VTX_STS_T sts = hashKey(probe, stackBuf, &heapBuf);
+    if (sts != VTX_STS_OK) return sts;
+    search(probe, hashNum, hashPos);
+    if (heapBuf) releaseFold(heapBuf, stackBuf);
     if (pCrc) *pCrc = probe.crc;
     if (pHead) *pHead = probe.head;
     return VTX_STS_OK;
@@ -446,7 +442,6 @@ inline bool ExtendedHash::mayHold(unsigned int crc, HASH_NUM_T g) const {
 
 [[gnu::always_inline]] inline void ExtendedHash::search(Probe &probe, HASH_NUM_T &hashNum,
                                                         HASH_POS_T &hashPos) const {
-    if (!probe.asciiUpper) probe.crc = crcTable->crc(probe.keyForHash, probe.keySize);
     probe.tag = tagOf(probe.crc);
     const size_t n = tables.size();
     if (n == 1) {
@@ -533,18 +528,13 @@ void ExtendedHash::searchTables(Probe &probe, HASH_NUM_T &hashNum, HASH_POS_T &h
 }
 
 VTX_STS_T ExtendedHash::keyCrcOf(const char *key, unsigned int *pCrc) const {
-    size_t len = std::strlen(key);
-    if (fCaseSensitive) {
-        *pCrc = crcTable->crc(key, len);
-        return VTX_STS_OK;
-    }
-    if (asciiPlainFold && crcTable->crcUpperAscii(key, len, pCrc)) return VTX_STS_OK;
+    Probe probe{key, key, 0, 0, 0, false};
     char stackBuf[FOLD_STACK_BYTES];
-    char *folded = nullptr;
-    VTX_STS_T sts = foldInto(key, len, stackBuf, sizeof stackBuf, &folded, &len);
+    char *heapBuf = nullptr;
+    VTX_STS_T sts = hashKey(probe, stackBuf, &heapBuf);
     if (sts != VTX_STS_OK) return sts;
-    *pCrc = crcTable->crc(folded ? folded : key, len);
-    releaseFold(folded, stackBuf);
+    if (heapBuf) releaseFold(heapBuf, stackBuf);
+    *pCrc = probe.crc;
     return VTX_STS_OK;
 }
 

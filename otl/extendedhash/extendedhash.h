@@ -202,9 +202,9 @@ private:
     // The key's word in table g's filter.
     VTX_EH_LOCAL uint32_t filterWord(const FilterKey &key, HASH_NUM_T g) const;
     VTX_EH_LOCAL bool mayHold(unsigned int crc, HASH_NUM_T g) const;
-    // The key folded for hashing (see foldKey in the source); foldLongKey
-    // is its way for keys whose fold does not fit on the stack.
-    [[nodiscard]] VTX_EH_LOCAL VTX_STS_T foldKey(Probe &probe, char *stackBuf, char **ppHeap) const;
+    // The key made ready to hash, with its CRC (see hashKey in the source);
+    // foldLongKey folds keys whose fold does not fit on the stack.
+    [[nodiscard]] VTX_EH_LOCAL VTX_STS_T hashKey(Probe &probe, char *stackBuf, char **ppHeap) const;
     [[nodiscard]] VTX_EH_LOCAL VTX_STS_T foldLongKey(Probe &probe, char *stackBuf, char **ppHeap) const;
     VTX_EH_LOCAL bool keysEqual(Probe &probe, const VTX_OTL_HASH_NODE_T &node) const;
     VTX_EH_LOCAL bool foldedEqual(Probe &probe, const VTX_OTL_HASH_NODE_T &node) const;

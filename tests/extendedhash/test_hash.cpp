@@ -282,13 +282,6 @@ TEST(ExtendedHash, LookupWithIteratorMatchesLookupThenIterator) {
         }
         ASSERT_EQ(got, expected) << key;
     }
-    VTX_EXTENDED_HASH_IT_BUF_T buf;
-    HASH_NUM_T num = NODE_INDEX_DEL;
-    HASH_POS_T pos = NODE_INDEX_DEL;
-    EXPECT_EQ(extendedHashGetPosAndIterator(f.h, nullptr, &num, &pos, &buf), VTX_STS_NULL_ARG);
-    EXPECT_EQ(extendedHashGetPosAndIterator(nullptr, "x", &num, &pos, &buf), 0);
-    EXPECT_EQ(num, NODE_INDEX_DEL);
-    EXPECT_FALSE(extendedHashItGetEntry(nullptr, nullptr, nullptr, nullptr));
 }
 
 TEST(ExtendedHash, NullArgumentsAndUnlookedPositions) {
