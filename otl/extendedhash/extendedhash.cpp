@@ -360,7 +360,7 @@ ExtendedHash::Found ExtendedHash::findQuadratic(Probe &probe, HASH_NUM_T hashNum
 // its bytes as the locale service promises, so a key whose fold may need
 // more than the stack buffer is folded in a buffer of its own, which *ppHeap
 // hands back for releaseFold.
-inline VTX_STS_T ExtendedHash::hashKey(Probe &probe, char *stackBuf, char **ppHeap) const {
+[[gnu::always_inline]] inline VTX_STS_T ExtendedHash::hashKey(Probe &probe, char *stackBuf, char **ppHeap) const {
     probe.keySize = std::strlen(probe.key);
     if (!fCaseSensitive) {
         if (asciiPlainFold && crcTable->crcUpperAscii(probe.key, probe.keySize, &probe.crc)) {
